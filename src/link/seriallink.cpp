@@ -1,0 +1,130 @@
+#include "seriallink.h"
+
+#include <QDateTime>
+#include <QTimer>
+
+#include <cstring>
+
+namespace {
+constexpr int kTimerPeriodMs = 5;
+}
+
+SerialLink::SerialLink(QString portName, QObject *parent)
+    : QObject(parent)
+    , m_portName(std::move(portName))
+{
+    qRegisterMetaType<SerialTask *>("SerialTask*");
+}
+
+void SerialLink::start()
+{
+    delete m_port;
+    m_port = new QSerialPort(m_portName, this);
+    m_port->setBaudRate(QSerialPort::Baud115200, QSerialPort::AllDirections);
+    m_port->setDataBits(QSerialPort::Data8);
+    m_port->setParity(QSerialPort::NoParity);
+    m_port->setStopBits(QSerialPort::OneStop);
+    m_port->setFlowControl(QSerialPort::NoFlowControl);
+
+    delete m_timer;
+    m_timer = new QTimer(this);
+    connect(m_timer, &QTimer::timeout, this, &SerialLink::checkTimeouts);
+    m_timer->start(kTimerPeriodMs);
+
+    if (!m_port->open(QIODevice::ReadWrite)) {
+        emit error(tr("Ошибка открытия порта %1 : %2.").arg(m_portName, m_port->errorString()));
+        return;
+    }
+    connect(m_port, &QSerialPort::errorOccurred, this, &SerialLink::serialPortError);
+    connect(m_port, &QSerialPort::readyRead, this, &SerialLink::serialPortReadyRead);
+    emit connected();
+}
+
+void SerialLink::runTask(SerialTask *task)
+{
+    if (!m_current) {
+        startTask(task);
+        return;
+    }
+    emit logMessage(tr("Ставим команду в очередь: %1").arg(task->command));
+    m_queue.push_back(task);
+}
+
+void SerialLink::startTask(SerialTask *task)
+{
+    m_current = task;
+    const QByteArray bytes = task->command.toLatin1();
+    // Drop whatever an earlier exchange left on the line. The command goes out bare, without
+    // any line terminator: the device takes it that way.
+    m_port->clear(QSerialPort::AllDirections);
+    const qint64 written = m_port->write(bytes);
+    if (written != bytes.size())
+        qCritical("write error: %lld", static_cast<long long>(written));
+    m_port->flush();
+    task->sentAt = QDateTime::currentMSecsSinceEpoch();
+    task->lastActivityAt = task->sentAt;
+}
+
+void SerialLink::serialPortError(QSerialPort::SerialPortError code)
+{
+    emit error(tr("Ошибка: %1.").arg(m_port->errorString()));
+    if (code != QSerialPort::ReadError && code != QSerialPort::ResourceError)
+        return;
+    // The far end is gone (a pty whose master closed, a USB adapter pulled out). The port would
+    // repeat this notification at full CPU until closed: report it once and close it. The
+    // close is queued so that the port is not closed inside its own notification.
+    disconnect(m_port, nullptr, this, nullptr);
+    QSerialPort *port = m_port;
+    QMetaObject::invokeMethod(
+            port, [port] { port->close(); }, Qt::QueuedConnection);
+}
+
+void SerialLink::serialPortReadyRead()
+{
+    for (;;) {
+        const qint64 count = m_port->read(m_rxBuffer.data(), qint64(m_rxBuffer.size()));
+        if (count < 0) {
+            emit error(tr("Ошибка чтения: %1.").arg(m_port->errorString()));
+            return;
+        }
+        if (count == 0)
+            return;
+        if (!m_current) {
+            const auto text = QString::fromLatin1(m_rxBuffer.data(),
+                                                  int(qstrnlen(m_rxBuffer.data(), uint(count))));
+            emit logMessage(tr("Неожиданные данные на приёме: %1").arg(text));
+            continue;
+        }
+        const qint64 now = QDateTime::currentMSecsSinceEpoch();
+        if (m_current->reply.isEmpty())
+            m_current->firstByteAt = now;
+        m_current->reply.append(QString::fromLatin1(m_rxBuffer.data(), int(count)));
+        m_current->lastActivityAt = now;
+    }
+}
+
+void SerialLink::checkTimeouts()
+{
+    if (!m_current)
+        return;
+    SerialTask *task = m_current;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    const qint64 limit = task->reply.isEmpty() ? task->answerTimeoutMs : task->idleTimeoutMs;
+    if (now - task->lastActivityAt <= limit)
+        return;
+    task->finishedAt = now;
+    task->status = task->reply.isEmpty() ? 2 : 1;
+    task->done.release();
+    emit logMessage(
+            tr("Отработали команду: %1, результат: %2. Время выполнения %3 мс")
+                    .arg(task->command,
+                         task->status == 1 ? QStringLiteral("Success") : QStringLiteral("Timeout"),
+                         QString::number(task->finishedAt - task->sentAt)));
+    emit taskDone(task);
+    m_current = nullptr;
+    if (!m_queue.empty()) {
+        SerialTask *next = m_queue.front();
+        m_queue.pop_front();
+        startTask(next);
+    }
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "link/serialtask.h"
+
+#include <QObject>
+#include <QSerialPort>
+#include <QString>
+
+#include <array>
+#include <deque>
+
+class QTimer;
+
+// The serial port to the device, run in a worker thread: writes one command at a time and
+// collects its reply until the line has been silent long enough.
+//
+// Thread: construct in any thread, move to the worker thread, then call start() there (connect
+// it to QThread::started). All slots run in the worker thread; the port and the timer are
+// children of the link and die with it. The link never deletes a task.
+class SerialLink : public QObject
+{
+    Q_OBJECT
+public:
+    explicit SerialLink(QString portName, QObject *parent = nullptr);
+
+signals:
+    void connected();
+    void error(QString err);
+    void taskDone(SerialTask *task);
+    void logMessage(QString message);
+
+public slots:
+    void start();
+    void runTask(SerialTask *task);
+
+private slots:
+    void serialPortError(QSerialPort::SerialPortError code);
+    void serialPortReadyRead();
+    void checkTimeouts();
+
+private:
+    void startTask(SerialTask *task);
+
+    QString m_portName;
+    SerialTask *m_current = nullptr;
+    std::deque<SerialTask *> m_queue;
+    QSerialPort *m_port = nullptr;
+    QTimer *m_timer = nullptr;
+    std::array<char, 1024> m_rxBuffer{};
+};
