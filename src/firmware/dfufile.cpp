@@ -17,6 +17,8 @@ constexpr quint32 TargetNamed = 1;
 constexpr quint64 Max32 = std::numeric_limits<quint32>::max();
 // Largest QByteArray Qt 5 can allocate, with room for its header.
 constexpr quint64 MaxInMemory = std::numeric_limits<int>::max() - 64;
+// Bytes collected before each write to the file.
+constexpr int WriteBlockSize = 1 << 20;
 
 const std::array<quint32, 256> &crcTable()
 {
@@ -271,17 +273,33 @@ bool DfuFile::write(const QString &path, QString *error) const
 {
     if (!validate(error))
         return false;
+    // Unbuffered, and written in a loop: Qt 5's own write buffer would hide a full disk from
+    // commit(), and a short write only tells its reason on the next attempt.
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         setError(error, tr("Не удалось записать файл %1: %2.").arg(path, file.errorString()));
         return false;
     }
-    const bool written = encode(*this, [&file](const char *data, qint64 size) {
-        return file.write(data, size) == size;
+    QByteArray pending;
+    const auto writePending = [&file, &pending] {
+        const char *data = pending.constData();
+        qint64 left = pending.size();
+        while (left > 0) {
+            const qint64 written = file.write(data, left);
+            if (written <= 0)
+                return false;
+            data += written;
+            left -= written;
+        }
+        pending.clear();
+        return true;
+    };
+    const bool encoded = encode(*this, [&pending, &writePending](const char *data, qint64 size) {
+        pending.append(data, int(size));
+        return pending.size() < WriteBlockSize || writePending();
     });
-    if (!written || !file.commit()) {
+    if (!encoded || !writePending() || !file.commit()) {
         setError(error, tr("Не удалось записать файл %1: %2.").arg(path, file.errorString()));
-        file.cancelWriting();
         return false;
     }
     return true;
