@@ -104,6 +104,7 @@ private:
     quint32 m_crc = 0xFFFFFFFF;
 };
 
+// Expects contents that validate() accepted. Returns false as soon as the sink does.
 template<typename Sink>
 bool encode(const DfuFile &file, Sink sink)
 {
@@ -128,7 +129,7 @@ bool encode(const DfuFile &file, Sink sink)
     return ok && out.u32(out.crc());
 }
 
-// Reads little-endian fields from a byte array, refusing to run past its end.
+// Reads little-endian fields from a byte array; the caller checks left() before each take.
 class Decoder
 {
 public:
