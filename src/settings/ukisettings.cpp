@@ -2,6 +2,8 @@
 
 #include "settings/settingstext.h"
 
+#include <iterator>
+
 namespace {
 
 struct UkiField
@@ -14,21 +16,35 @@ struct UkiField
     qint32 jsonFallback;
 };
 
-// In the order of UkiSettings::Field.
-constexpr std::array<UkiField, UkiSettings::FieldCount> fields = {{
-        {"AddrUki", 0, 31, 0, 0},      {"NumUki", 0, 32, 1, 1},
-        {"RisoM3s1", 1, 999, 40, 40},  {"RisoM3s2", 1, 999, 20, 20},
-        {"RisoLoc", 10, 990, 80, 80},  {"TimeMto", 0, 60, 20, 20},
-        {"Tcust", 0, 120, 0, 0},       {"TimeM3s", 0, 5, 0, 0},
-        {"Riso420", 2, 999, 200, 200}, {"Flags", 0, 2147483647, 130, 130},
-        {"Urelay", 1, 300, 250, 250},  {"Uminus", 0, 300, 135, 135},
-        {"MbAddr", 1, 247, 1, 1},      {"MbBaud", 0, 7, 3, 3},
-        {"MbParity", 0, 2, 0, 0},      {"CapSopt", 0, 900, 0, 0},
-        {"ModeDef", 0, 5, 0, 0},       {"Bright", 0, 1000, 500, 0},
-        {"Contrast", 0, 100, 30, 500}, {"Tbridge", 0, 2, 0, 30},
-        {"lang", 0, 1, 0, 0},          {"Averaging", 0, 50, 10, 0},
-        {"ModeInput", 0, 2, 0, 50},
-}};
+// In the order of UkiSettings::Field: key, accepted minimum and maximum, default, JSON fall-back.
+// clang-format off
+constexpr UkiField fields[] = {
+    {"AddrUki",      0,         31,   0,   0},
+    {"NumUki",       0,         32,   1,   1},
+    {"RisoM3s1",     1,        999,  40,  40},
+    {"RisoM3s2",     1,        999,  20,  20},
+    {"RisoLoc",     10,        990,  80,  80},
+    {"TimeMto",      0,         60,  20,  20},
+    {"Tcust",        0,        120,   0,   0},
+    {"TimeM3s",      0,          5,   0,   0},
+    {"Riso420",      2,        999, 200, 200},
+    {"Flags",        0, 2147483647, 130, 130},
+    {"Urelay",       1,        300, 250, 250},
+    {"Uminus",       0,        300, 135, 135},
+    {"MbAddr",       1,        247,   1,   1},
+    {"MbBaud",       0,          7,   3,   3},
+    {"MbParity",     0,          2,   0,   0},
+    {"CapSopt",      0,        900,   0,   0},
+    {"ModeDef",      0,          5,   0,   0},
+    {"Bright",       0,       1000, 500,   0},
+    {"Contrast",     0,        100,  30, 500},
+    {"Tbridge",      0,          2,   0,  30},
+    {"lang",         0,          1,   0,   0},
+    {"Averaging",    0,         50,  10,   0},
+    {"ModeInput",    0,          2,   0,  50},
+};
+// clang-format on
+static_assert(std::size(fields) == UkiSettings::FieldCount, "one row per field");
 
 const QVector<SettingsText::Field> &textFields()
 {

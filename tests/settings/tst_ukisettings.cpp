@@ -19,16 +19,33 @@ struct Expected
     int defaultValue;
 };
 
+// clang-format off
 const Expected expected[] = {
-        {"AddrUki", 0, 31, 0},      {"NumUki", 0, 32, 1},     {"RisoM3s1", 1, 999, 40},
-        {"RisoM3s2", 1, 999, 20},   {"RisoLoc", 10, 990, 80}, {"TimeMto", 0, 60, 20},
-        {"Tcust", 0, 120, 0},       {"TimeM3s", 0, 5, 0},     {"Riso420", 2, 999, 200},
-        {"Flags", 0, INT_MAX, 130}, {"Urelay", 1, 300, 250},  {"Uminus", 0, 300, 135},
-        {"MbAddr", 1, 247, 1},      {"MbBaud", 0, 7, 3},      {"MbParity", 0, 2, 0},
-        {"CapSopt", 0, 900, 0},     {"ModeDef", 0, 5, 0},     {"Bright", 0, 1000, 500},
-        {"Contrast", 0, 100, 30},   {"Tbridge", 0, 2, 0},     {"lang", 0, 1, 0},
-        {"Averaging", 0, 50, 10},   {"ModeInput", 0, 2, 0},
+    {"AddrUki", 0, 31, 0},
+    {"NumUki", 0, 32, 1},
+    {"RisoM3s1", 1, 999, 40},
+    {"RisoM3s2", 1, 999, 20},
+    {"RisoLoc", 10, 990, 80},
+    {"TimeMto", 0, 60, 20},
+    {"Tcust", 0, 120, 0},
+    {"TimeM3s", 0, 5, 0},
+    {"Riso420", 2, 999, 200},
+    {"Flags", 0, INT_MAX, 130},
+    {"Urelay", 1, 300, 250},
+    {"Uminus", 0, 300, 135},
+    {"MbAddr", 1, 247, 1},
+    {"MbBaud", 0, 7, 3},
+    {"MbParity", 0, 2, 0},
+    {"CapSopt", 0, 900, 0},
+    {"ModeDef", 0, 5, 0},
+    {"Bright", 0, 1000, 500},
+    {"Contrast", 0, 100, 30},
+    {"Tbridge", 0, 2, 0},
+    {"lang", 0, 1, 0},
+    {"Averaging", 0, 50, 10},
+    {"ModeInput", 0, 2, 0},
 };
+// clang-format on
 
 QStringList messages;
 
