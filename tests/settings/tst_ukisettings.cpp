@@ -247,7 +247,7 @@ void tst_UkiSettings::rangeEdges()
 
     const QString key = QLatin1String(expected[field].key);
     // A start value that differs from the one offered, so a stored value always shows.
-    const int before = value == expected[field].defaultValue ? value - 1 : value + 1;
+    const int before = value ^ 1;
     UkiSettings settings;
     settings.setValue(UkiSettings::Field(field), before);
     settings.fromLines({key + QLatin1Char('\t') + QString::number(value)});
@@ -327,7 +327,7 @@ void tst_UkiSettings::roundTrip()
     UkiSettings parsed;
     for (int i = 0; i < UkiSettings::FieldCount; ++i) {
         const auto field = UkiSettings::Field(i);
-        parsed.setValue(field, settings.value(field) + 1);
+        parsed.setValue(field, settings.value(field) ^ 1);
     }
     parsed.fromLines(lines);
     QCOMPARE(parsed, settings);

@@ -252,7 +252,7 @@ void tst_UkpsSettings::rangeEdges()
     const QString key = QLatin1String(expected[field].key);
     const QString line = key + QLatin1Char('\t') + QString::number(value);
     // A start value that differs from the one offered, so a stored value always shows.
-    const int before = value == expected[field].defaultValue ? value - 1 : value + 1;
+    const int before = value ^ 1;
     UkpsSettings settings;
     settings.setValue(UkpsSettings::Field(field), before);
     QCOMPARE(settings.fromLines({line}), accepted);
@@ -361,7 +361,7 @@ void tst_UkpsSettings::roundTrip()
     UkpsSettings parsed;
     for (int i = 0; i < UkpsSettings::FieldCount; ++i) {
         if (!isReserved(i))
-            parsed.setValue(UkpsSettings::Field(i), settings.value(UkpsSettings::Field(i)) + 1);
+            parsed.setValue(UkpsSettings::Field(i), settings.value(UkpsSettings::Field(i)) ^ 1);
     }
     QVERIFY(parsed.fromLines(lines));
     if (problems.isEmpty()) {
