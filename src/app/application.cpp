@@ -4,6 +4,7 @@
 
 #include <QDebug>
 #include <QDir>
+#include <QFileInfo>
 #include <QLocale>
 #include <QStandardPaths>
 #include <QTranslator>
@@ -64,7 +65,7 @@ QString Application::configFilePath(const QString &name)
 Application::Folders Application::chooseFolders(const QString &executableFolder)
 {
     const QDir exe(executableFolder);
-    if (exe.exists(QStringLiteral("config"))) {
+    if (QFileInfo(exe.filePath(QStringLiteral("config"))).isDir()) {
         return {exe.filePath(QStringLiteral("config")),
                 exe.filePath(QStringLiteral("logs")),
                 exe.filePath(QStringLiteral("data"))};
