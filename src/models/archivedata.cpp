@@ -55,6 +55,36 @@ bool twoDigits(const QStringRef &text, int pos, int &value)
     return true;
 }
 
+// The number of 1 to 9 plain digits, which cannot overflow; anything else is left to
+// QStringRef's own conversion, so the result is always the same as toUInt()/toInt().
+bool plainDigits(const QStringRef &text, quint32 &value)
+{
+    const int size = text.size();
+    if (size < 1 || size > 9)
+        return false;
+    quint32 number = 0;
+    for (const QChar c : text) {
+        const ushort digit = c.unicode() - ushort('0');
+        if (digit > 9)
+            return false;
+        number = number * 10 + digit;
+    }
+    value = number;
+    return true;
+}
+
+quint32 toUInt(const QStringRef &text)
+{
+    quint32 value = 0;
+    return plainDigits(text, value) ? value : text.toUInt();
+}
+
+qint32 toInt(const QStringRef &text)
+{
+    quint32 value = 0;
+    return plainDigits(text, value) ? qint32(value) : text.toInt();
+}
+
 QString tenths(quint16 value)
 {
     return QString::number(value / 10.0, 'f', 1);
@@ -476,7 +506,7 @@ bool ArchiveData::parseLine(const QString &line, ArchiveEvent &event)
     if (count < 4)
         return bad();
 
-    event.item = fields[0].toInt();
+    event.item = toInt(fields[0]);
     event.time = cachedTime(fields[1], fields[2]);
     event.type = eventTypeCode(fields[3].toString());
 
@@ -491,14 +521,14 @@ bool ArchiveData::parseLine(const QString &line, ArchiveEvent &event)
     if (count < 12)
         return bad();
     for (int i = 0; i < 6; ++i)
-        event.values[std::size_t(i)] = quint16(fields[4 + i].toUInt());
+        event.values[std::size_t(i)] = quint16(toUInt(fields[4 + i]));
     if (event.type == ET_FEED_PARAM) {
         const quint32 stamp = cachedTime(fields[10], fields[11]);
         event.values[6] = quint16(stamp & 0xffff);
         event.values[7] = quint16(stamp >> 16);
     } else {
-        event.values[6] = quint16(fields[10].toUInt());
-        event.values[7] = quint16(fields[11].toUInt());
+        event.values[6] = quint16(toUInt(fields[10]));
+        event.values[7] = quint16(toUInt(fields[11]));
     }
     return true;
 }
