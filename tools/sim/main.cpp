@@ -8,7 +8,10 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
+#include <csignal>
 #include <cstdio>
+#include <sys/prctl.h>
+#include <unistd.h>
 
 int main(int argc, char *argv[])
 {
@@ -60,6 +63,9 @@ int main(int argc, char *argv[])
             QStringLiteral("Milliseconds from a command to its first reply byte (default 2)."),
             QStringLiteral("ms"),
             QStringLiteral("2"));
+    const QCommandLineOption parentOption(
+            QStringLiteral("exit-with-parent"),
+            QStringLiteral("Stops (as on SIGTERM) when the parent process ends."));
     parser.addOptions({linkOption,
                        variantOption,
                        archiveOption,
@@ -68,7 +74,8 @@ int main(int argc, char *argv[])
                        faultOption,
                        faultFileOption,
                        firmwareOption,
-                       latencyOption});
+                       latencyOption,
+                       parentOption});
     parser.process(app);
 
     auto fail = [](const QString &message) {
@@ -87,6 +94,13 @@ int main(int argc, char *argv[])
     const int latency = parser.value(latencyOption).toInt(&ok);
     if (!ok || latency < 0 || latency > 10000)
         return fail(QStringLiteral("--latency takes 0..10000 ms"));
+
+    if (parser.isSet(parentOption)) {
+        const pid_t parent = getppid();
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+        if (getppid() != parent)
+            return fail(QStringLiteral("the parent process has ended"));
+    }
 
     Sim::FaultPlan faults;
     for (const QString &spec : parser.values(faultOption)) {
