@@ -5,6 +5,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
+#include <QIcon>
 #include <QLocale>
 #include <QStandardPaths>
 #include <QTranslator>
@@ -29,6 +30,7 @@ Application::Application(int &argc, char **argv)
     setApplicationDisplayName(QStringLiteral("KIRANTO-Link"));
     setOrganizationName(QStringLiteral("Marvolet"));
     initResources();
+    setWindowIcon(QIcon(QStringLiteral(":/icons/kiranto-link.svg")));
 
     setFolders(chooseFolders(applicationDirPath()));
 
