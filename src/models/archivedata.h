@@ -114,8 +114,9 @@ public:
 
     // The event type table in code order (code 47 has no entry).
     static const QVector<EventTypeInfo> &eventTypes();
-    // Code for an identifier or a (translated) display text; 0 when unknown. Texts shared by
-    // several codes give the first in lookup order ("Выключение питания" gives 27).
+    // Code for an identifier or a display text; 0 when unknown. Texts shared by several codes
+    // give the first in lookup order ("Выключение питания" gives 27). The display texts are
+    // translated once, on first use: install the translator before.
     static quint32 eventTypeCode(const QString &text);
     static QString eventTypeText(quint32 code);
     static QString eventTypeText(const ArchiveEvent &event) { return eventTypeText(event.type); }

@@ -308,6 +308,11 @@ void tst_ArchiveData::values()
     const std::array<quint16, 8> expected{4464, 0, 0, 65535, 0, 0, 0, 42};
     QCOMPARE(archive.eventAt(0).values, expected);
 
+    ArchiveData wide({"1\t05.04.20\t12:00:00\tET_GENERAL_RESISTANCE\t4294967296\t0000070000\t007\t"
+                      "4294967295\t99999999999\t+12\t0\t0"});
+    const std::array<quint16, 8> cut{0, 4464, 7, 65535, 0, 12, 0, 0};
+    QCOMPARE(wide.eventAt(0).values, cut);
+
     ArchiveData ct({"6\t05.04.20\t10:00:00\tET_EVENT_IMS_CT_FAULT\t1000000000000001\t"
                     "01\t0100000000000000\t0010000000000000\t1111111111111111"});
     const std::array<quint16, 8> masks{0x8001, 0, 0x0002, 0x0004, 0, 0, 0, 0};
