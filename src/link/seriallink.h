@@ -14,9 +14,13 @@ class QTimer;
 // The serial port to the device, run in a worker thread: writes one command at a time and
 // collects its reply until the line has been silent long enough.
 //
-// Thread: construct in any thread, move to the worker thread, then call start() there (connect
-// it to QThread::started). All slots run in the worker thread; the port and the timer are
-// children of the link and die with it. The link never deletes a task.
+// Thread: construct in any thread, move to the worker thread and connect QThread::started to
+// start(), so that start() runs there before any queued runTask(). All slots run in the worker
+// thread; the port and the timer are children of the link and die with it (deleteLater on
+// QThread::finished). A task is held from runTask() until taskDone(); the link never deletes a
+// task, not even one it still holds when it is destroyed.
+// A port error reading ReadError or ResourceError (the far end gone) is reported once, then
+// the port is closed; a current task still ends by its time-out.
 class SerialLink : public QObject
 {
     Q_OBJECT
