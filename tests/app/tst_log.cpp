@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -30,6 +31,8 @@ private slots:
     void entryLine();
     void unknownTypeWritesTimeOnly();
     void fatalEntryCarriesOrigin();
+    void fatalMessageAborts();
+    void fatalChild();
     void messagesAreAppended();
     void midnightStartsNewFile();
     void multiLineMessageUnchanged();
@@ -143,6 +146,34 @@ void tst_Log::fatalEntryCarriesOrigin()
     const QMessageLogContext context("uki.cpp", 57, "void Uki::start()", "default");
     QCOMPARE(Log::entry(QtFatalMsg, context, QStringLiteral("no port"), QTime(0, 0, 0, 7)),
              QStringLiteral("00:00:00:007 - [FATAL]: no port(uki.cpp, 57, void Uki::start())"));
+}
+
+void tst_Log::fatalMessageAborts()
+{
+    QProcess child;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("KIRANTO_LOG_FATAL_FOLDER"), m_folder);
+    child.setProcessEnvironment(env);
+    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("fatalChild")});
+    QVERIFY(child.waitForFinished(30000));
+    QCOMPARE(child.exitStatus(), QProcess::CrashExit);
+
+    // The handler opened the day's file; the entry may or may not have reached the disk, but
+    // never with a line end.
+    const QByteArray content = fileContent(m_now.date());
+    QVERIFY2(content.isEmpty() || content.startsWith("10:42:07:215 - [FATAL]: boom("),
+             content.constData());
+    QVERIFY(!content.endsWith('\n'));
+}
+
+// Runs only as the child process of fatalMessageAborts().
+void tst_Log::fatalChild()
+{
+    const QString folder = qEnvironmentVariable("KIRANTO_LOG_FATAL_FOLDER");
+    if (folder.isEmpty())
+        QSKIP("runs as a child process of fatalMessageAborts");
+    m_folder = folder;
+    qFatal("boom");
 }
 
 void tst_Log::messagesAreAppended()
