@@ -55,7 +55,7 @@ bool twoDigits(const QStringRef &text, int pos, int &value)
     return true;
 }
 
-// The number of 1 to 9 plain digits, which cannot overflow; anything else is left to
+// The value of a field of 1 to 9 plain digits, which cannot overflow; anything else is left to
 // QStringRef's own conversion, so the result is always the same as toUInt()/toInt().
 bool plainDigits(const QStringRef &text, quint32 &value)
 {
