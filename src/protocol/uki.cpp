@@ -233,6 +233,10 @@ void Uki::taskDone(SerialTask *task)
     QString reply = task->reply;
     delete task;
 
+    // A reply that was already on its way when the link was stopped (after a port error):
+    // the run is over and its outcome must not change.
+    if (!m_thread && m_program)
+        return;
     if (!m_program) {
         qDebug("Ukps::taskDone() called but no active program");
         stopLink();
@@ -350,12 +354,14 @@ void Uki::readStatisticsResult()
 void Uki::threadFinished()
 {
     emit logMessage(tr("Порт %1: закрыт.").arg(m_portName));
-    const std::shared_ptr<UkiProgram> program = std::move(m_program);
-    const bool success = program && program->success;
+    // The program stays active until its outcome has been told, so a request made by a receiver
+    // is refused instead of starting a run whose flags would be reported here.
+    const bool success = m_program && m_program->success;
+    const uint32_t flags = m_flags;
     emit programDone(success);
-    switch (program ? program->type : -1) {
+    switch (m_program ? m_program->type : -1) {
     case UkiProgram::ReadData:
-        emit configReadDone(success, m_flags);
+        emit configReadDone(success, flags);
         break;
     case UkiProgram::Write:
         emit configWriteDone(success);
@@ -364,4 +370,5 @@ void Uki::threadFinished()
         emit statsReadDone(success, m_statsAddress, m_statsChannel, m_statsLevel);
         break;
     }
+    m_program.reset();
 }
