@@ -1,0 +1,508 @@
+#include "ui/mainwindow.h"
+#include "ui_mainwindow.h"
+
+#include "app/application.h"
+#include "app/programsettings.h"
+#include "models/archivedata.h"
+#include "models/archivefilterproxy.h"
+#include "models/ctcorrections.h"
+#include "models/doublespinboxdelegate.h"
+#include "models/locators.h"
+#include "protocol/uki.h"
+#include "ui/aboutdialog.h"
+#include "ui/configdialog.h"
+#include "ui/popupmessage.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProgressBar>
+#include <QSaveFile>
+#include <QtDebug>
+
+namespace {
+
+// Display times of the popup, in milliseconds.
+constexpr int WhileWorking = 30000;
+constexpr int Offline = 2000;
+constexpr int Done = 3000;
+constexpr int Written = 1000;
+constexpr int WriteFailed = 1500;
+
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent)
+    : QMainWindow(parent)
+    , ui(new Ui::MainWindow)
+{
+    ui->setupUi(this);
+    ui->toolBar->hide();
+    ui->menuMainBar->hide();
+    // A fresh window shows the settings and archive pages only; the other two come back when a
+    // device with locators is connected.
+    ui->ukiDataPages->removeTab(3);
+    ui->ukiDataPages->removeTab(2);
+
+    m_popup = new PopupMessage(this);
+    loadStyleSheet();
+    loadConfig();
+    createEngine();
+    createPages();
+    connectButtons();
+    setInitialState();
+}
+
+MainWindow::~MainWindow()
+{
+    delete ui;
+}
+
+void MainWindow::loadStyleSheet()
+{
+    QFile file(Application::configFilePath(QStringLiteral("style.qss")));
+    if (file.open(QIODevice::ReadOnly)) {
+        setStyleSheet(QString::fromLatin1(file.readAll()));
+        return;
+    }
+    QFile builtIn(QStringLiteral(":/style/default.qss"));
+    if (builtIn.open(QIODevice::ReadOnly))
+        setStyleSheet(QString::fromUtf8(builtIn.readAll()));
+}
+
+void MainWindow::loadConfig()
+{
+    QFile file(Application::configFilePath(QStringLiteral("config.json")));
+    const QByteArray content = file.open(QIODevice::ReadOnly) ? file.readAll()
+                                                              : QByteArrayLiteral("{}");
+    ProgramSettings::instance().fromJson(QJsonDocument::fromJson(content).object());
+}
+
+void MainWindow::saveConfig()
+{
+    // Written to a temporary file and renamed over config.json: a failed write leaves the old
+    // file whole.
+    QSaveFile file(Application::configFilePath(QStringLiteral("config.json")));
+    const auto fail = [&file] {
+        qCritical().noquote()
+                << tr("MainWindow::saveConfig() - ошибка записи в файл %1.").arg(file.fileName());
+    };
+    if (!file.open(QIODevice::WriteOnly)) {
+        fail();
+        return;
+    }
+    QJsonObject root;
+    ProgramSettings::instance().toJson(root);
+    file.write(QJsonDocument(root).toJson(QJsonDocument::Indented));
+    if (!file.commit())
+        fail();
+}
+
+void MainWindow::createEngine()
+{
+    m_uki = new Uki(this);
+    connect(m_uki, &Uki::logMessage, this, &MainWindow::logMessage);
+    connect(m_uki, &Uki::configReadDone, this, &MainWindow::configReadDone);
+    connect(m_uki, &Uki::configWriteDone, this, &MainWindow::configWriteDone);
+    connect(m_uki, &Uki::statsReadDone, this, &MainWindow::statsReadDone);
+    connect(m_uki, &Uki::programStart, this, [this] { emit setButtonsEnabled(false); });
+    connect(m_uki, &Uki::programDone, this, [this] {
+        emit setButtonsEnabled(true);
+        m_progress->hide();
+    });
+    connect(m_uki, &Uki::progress, this, &MainWindow::showProgress);
+
+    // While a program runs the device buttons are off; afterwards each gets back the state it
+    // had, so that a failed run does not unlock buttons that need a settings read first.
+    connect(this, &MainWindow::setButtonsEnabled, this, [this](bool enabled) {
+        const QList<QToolButton *> buttons{ui->tbConnect,
+                                           ui->tbReadConfig,
+                                           ui->tbWriteConfig,
+                                           ui->tbReadArchive,
+                                           ui->tbReadCorrections,
+                                           ui->tbWriteCorrections};
+        for (QToolButton *button : buttons) {
+            if (!enabled) {
+                button->setProperty("enabledBeforeRun", button->isEnabled());
+                button->setEnabled(false);
+            } else {
+                const QVariant before = button->property("enabledBeforeRun");
+                button->setEnabled(before.isValid() ? before.toBool() : true);
+            }
+        }
+    });
+
+    m_progress = new QProgressBar(this);
+    m_progress->setObjectName(QStringLiteral("progressProgram"));
+    m_progress->setFormat(tr("Команд выполнено: %v из %m"));
+    m_progress->setMaximumWidth(260);
+    m_progress->hide();
+    statusBar()->addPermanentWidget(m_progress);
+}
+
+void MainWindow::createPages()
+{
+    m_ukpsConfigEditor = new QWidget(ui->ukiConfigEditorPlace);
+    m_ukiConfigEditor = new QWidget(ui->ukiConfigEditorPlace);
+    ui->ukiConfigEditorPlace->layout()->addWidget(m_ukpsConfigEditor);
+    ui->ukiConfigEditorPlace->layout()->addWidget(m_ukiConfigEditor);
+
+    m_statGraphWidget = new QWidget(ui->searchStatGraphPlace);
+    ui->searchStatGraphPlace->layout()->addWidget(m_statGraphWidget);
+
+    m_archive = new ArchiveData(QStringList(), this);
+    m_archiveFilter = new ArchiveFilterProxy(this);
+    m_archiveFilter->setSourceModel(m_archive);
+    ui->tableArchive->setModel(m_archiveFilter);
+    connect(ui->cbArchiveFilter,
+            QOverload<int>::of(&QComboBox::currentIndexChanged),
+            m_archiveFilter,
+            &ArchiveFilterProxy::setFilterIndex);
+
+    ui->tableCorrections->setItemDelegateForColumn(
+            CtCorrections::GainColumn, new DoubleSpinBoxDelegate(0.01, 999.0, 0.01, 2, this));
+    ui->tableCorrections->setItemDelegateForColumn(
+            CtCorrections::PhaseColumn, new DoubleSpinBoxDelegate(-360.0, 360.0, 0.1, 1, this));
+}
+
+void MainWindow::connectButtons()
+{
+    connect(ui->actionAbout, &QAction::triggered, this, &MainWindow::showAbout);
+    connect(ui->tbAbout, &QToolButton::clicked, this, &MainWindow::showAbout);
+    connect(ui->actionEditProperties, &QAction::triggered, this, &MainWindow::editProperties);
+    connect(ui->tbEdit_Connect, &QToolButton::clicked, this, &MainWindow::editProperties);
+    connect(ui->tbOptions, &QToolButton::clicked, this, &MainWindow::editProperties);
+    connect(ui->actionExit, &QAction::triggered, qApp, &QCoreApplication::quit);
+    connect(ui->tbConnect, &QToolButton::clicked, this, &MainWindow::connectAndRead);
+
+    connect(ui->tbConfigViewAsForm, &QToolButton::clicked, this, [this] {
+        ui->pagesUkiConfig->setCurrentWidget(ui->pageConfigForm);
+    });
+    connect(ui->tbConfigViewAsDump, &QToolButton::clicked, this, [this] {
+        ui->pagesUkiConfig->setCurrentWidget(ui->pageConfigText);
+    });
+    connect(ui->tbArchivesViewAsTable, &QToolButton::clicked, this, [this] {
+        ui->stackedWidgetArchives->setCurrentWidget(ui->pageArchivesTable);
+    });
+    connect(ui->tbArchivesViewAsDump, &QToolButton::clicked, this, [this] {
+        ui->stackedWidgetArchives->setCurrentWidget(ui->pageArchivesDump);
+    });
+    connect(ui->tbCorrectionsViewAsTable, &QToolButton::clicked, this, [this] {
+        ui->stackedWidgetCorrections->setCurrentWidget(ui->pageCorrectionsTable);
+    });
+    connect(ui->tbCorrectionsViewAsDump, &QToolButton::clicked, this, [this] {
+        ui->stackedWidgetCorrections->setCurrentWidget(ui->pageCorrectionsDump);
+    });
+
+    connect(ui->tbReadConfig, &QToolButton::clicked, this, &MainWindow::readConfig);
+    connect(ui->tbWriteConfig, &QToolButton::clicked, this, &MainWindow::writeConfig);
+    connect(ui->tbReadArchive, &QToolButton::clicked, this, &MainWindow::readArchive);
+    connect(ui->tbReadCorrections, &QToolButton::clicked, this, &MainWindow::readCorrections);
+    connect(ui->tbWriteCorrections, &QToolButton::clicked, this, &MainWindow::writeCorrections);
+}
+
+void MainWindow::setInitialState()
+{
+    ui->pagesUkiConfig->setCurrentIndex(0);
+    m_ukpsConfigEditor->hide();
+    m_ukiConfigEditor->hide();
+    for (QWidget *widget : {static_cast<QWidget *>(ui->label_6),
+                            static_cast<QWidget *>(ui->label_8),
+                            static_cast<QWidget *>(ui->tbConfigViewAsForm),
+                            static_cast<QWidget *>(ui->tbConfigViewAsDump),
+                            static_cast<QWidget *>(ui->tbArchivesViewAsTable),
+                            static_cast<QWidget *>(ui->tbArchivesViewAsDump),
+                            static_cast<QWidget *>(ui->groupBox)})
+        widget->hide();
+    ui->cbArchiveFilter->clear();
+    for (QToolButton *button : {ui->tbSaveData,
+                                ui->tbReadConfig,
+                                ui->tbWriteConfig,
+                                ui->tbSaveConfigToFile,
+                                ui->tbReadArchive,
+                                ui->tbSaveArchiveToFile})
+        button->setEnabled(false);
+}
+
+void MainWindow::logMessage(QString message)
+{
+    qDebug().noquote() << message;
+}
+
+uint MainWindow::deviceVersion() const
+{
+    return m_uki->ukiVersion().split(QLatin1Char('.'), Qt::SkipEmptyParts).value(0).toUInt();
+}
+
+void MainWindow::showAbout()
+{
+    AboutDialog dialog(this);
+    dialog.exec();
+}
+
+void MainWindow::showProgress(int answered, int total)
+{
+    if (total <= 0)
+        return;
+    m_progress->setRange(0, total);
+    m_progress->setValue(answered);
+    m_progress->show();
+}
+
+// Device workflows
+
+void MainWindow::editProperties()
+{
+    ConfigDialog dialog(this);
+    dialog.setSettings(ProgramSettings::instance());
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    dialog.getSettings(ProgramSettings::instance());
+    reconnect();
+    logMessage(QStringLiteral("_version__"));
+}
+
+void MainWindow::reconnect()
+{
+    ui->plainTextUkiConfig->clear();
+    m_ukpsConfigEditor->hide();
+    m_ukiConfigEditor->hide();
+    ui->labelStatus->setText(QString());
+    ui->pageArchivesTable->hide();
+    ui->plainTextArchive->hide();
+
+    logMessage(QStringLiteral("Connecting..."));
+    if (m_uki->readData(Uki::ReadIdentification)) {
+        logMessage(tr("Подключаемся..."));
+        m_popup->show(tr("[[INFO]]Подключаемся..."), WhileWorking);
+    }
+}
+
+void MainWindow::connectAndRead()
+{
+    ui->plainTextUkiConfig->clear();
+    if (m_uki->readData(Uki::ReadSettings | Uki::ReadIdentification)) {
+        logMessage(tr("Подключаемся..."));
+        m_popup->show(tr("[[INFO]]Читаем данные..."), WhileWorking);
+    }
+}
+
+void MainWindow::readConfig()
+{
+    ui->plainTextUkiConfig->clear();
+    const uint version = deviceVersion();
+    logMessage(QStringLiteral("kod_version : %1").arg(m_uki->ukiVersion()));
+    logMessage(QStringLiteral("kod_versionRes : %1").arg(version));
+    if (isMonitorVersion(version)) {
+        if (m_uki->readData(Uki::ReadSettings | Uki::ReadIdentification | Uki::ReadCustomChannels
+                            | Uki::ReadCorrections)) {
+            logMessage(tr("Читаем конфигурацию УКИ..."));
+            m_popup->show(tr("[[INFO]]Читаем конфигурацию УКИ..."), WhileWorking);
+        }
+    } else if (m_uki->readData(Uki::ReadSettings)) {
+        logMessage(tr("Читаем конфигурацию УКПС..."));
+        m_popup->show(tr("[[INFO]]Читаем конфигурацию УКПС..."), WhileWorking);
+    }
+}
+
+void MainWindow::readArchive()
+{
+    ui->plainTextArchive->clear();
+    if (m_uki->readData(Uki::ReadArchive))
+        m_popup->show(tr("[[INFO]]Читаем архив..."), WhileWorking);
+    ui->tbSaveArchiveToFile->setEnabled(true);
+}
+
+void MainWindow::readCorrections()
+{
+    if (m_uki->readData(Uki::ReadCorrections))
+        m_popup->show(tr("[[INFO]]Читаем коррекции ТТ..."), WhileWorking);
+}
+
+void MainWindow::writeConfig()
+{
+    const uint version = deviceVersion();
+    logMessage(QStringLiteral("wr_version : %1").arg(m_uki->ukiVersion()));
+    logMessage(QStringLiteral("wr_versionRes : %1").arg(version));
+    QStringList commands;
+    if (isMonitorVersion(version)) {
+        m_uki->setSettings(m_ukiSettings);
+        commands = m_ukiSettings.writeCommands();
+    } else {
+        commands = m_ukpsSettings.writeCommands();
+    }
+    m_uki->writeCommands(commands);
+}
+
+void MainWindow::writeCorrections()
+{
+    if (m_corrections)
+        m_uki->writeCorrections(m_corrections);
+}
+
+void MainWindow::configReadDone(bool success, uint32_t flags)
+{
+    if (!success) {
+        m_popup->show(tr("[[ERR]]Устройство не подключено: Автономная работа"), Offline);
+        ui->label_IMS_Ver->setText(QString());
+        return;
+    }
+    if (flags & Uki::ReadIdentification)
+        identificationRead();
+    if (flags & Uki::ReadSettings)
+        settingsRead();
+    if (flags & Uki::ReadArchive)
+        archiveRead();
+    if (flags & Uki::ReadCorrections)
+        correctionsRead();
+}
+
+void MainWindow::identificationRead()
+{
+    const QString version = m_uki->ukiVersion();
+    const uint number = deviceVersion();
+    logMessage(QStringLiteral("r_version : %1").arg(version));
+    logMessage(QStringLiteral("r_versionRes : %1").arg(number));
+
+    ProgramSettings &program = ProgramSettings::instance();
+    switch (number) {
+    case 3:
+        program.variant = DeviceVariant::UkpsKs;
+        break;
+    case 4:
+        program.variant = DeviceVariant::UkpsAb;
+        break;
+    case 5:
+        program.variant = DeviceVariant::UkpsKs2;
+        break;
+    case 8:
+    case 9:
+        program.variant = DeviceVariant::UkiKiranto;
+        break;
+    default:
+        break; // the variant chosen in the settings dialog stays
+    }
+    const int variant = program.variant;
+    const QString name = DeviceVariant::displayName(variant);
+
+    if (DeviceVariant::hasLocators(variant)) {
+        ui->tableLocators->setModel(nullptr);
+        m_locators = m_uki->locators();
+        ui->tableLocators->setModel(m_locators.get());
+        ui->tableLocators->resizeColumnsToContents();
+        logMessage(QStringLiteral("locators->size(): %1").arg(m_locators->size()));
+        logMessage(QStringLiteral("locators.get()[0].size(): %1").arg(m_locators->size()));
+    }
+
+    ui->label_IMS_Ver->setText(
+            tr("<html><head/><body><p align=\"center\"><span style=\"font-weight:600;\">%1</span>"
+               "<br>Версия ПО - <span style=\"font-weight:600;\">%2</span></p></body></html>")
+                    .arg(name, version));
+
+    ui->groupBox->hide();
+    ui->tbReadConfig->setEnabled(true);
+    ui->tbReadArchive->setEnabled(true);
+    ui->tbWriteConfig->setEnabled(false);
+    ui->tbSaveConfigToFile->setEnabled(false);
+
+    ui->cbArchiveFilter->clear();
+    ui->cbArchiveFilter->addItems(ArchiveFilterProxy::filterItems(variant));
+
+    showLocatorPages(DeviceVariant::hasLocators(variant));
+
+    logMessage(tr("Подключено устройство: %1").arg(name));
+    m_popup->show(tr("[[OK]]Подключено устройство: %1").arg(name), Done);
+}
+
+void MainWindow::showLocatorPages(bool show)
+{
+    QTabWidget *tabs = ui->ukiDataPages;
+    if (show) {
+        if (tabs->indexOf(ui->pageCorrections) < 0)
+            tabs->insertTab(2, ui->pageCorrections, tr("Коррекция ТТ"));
+        if (tabs->indexOf(ui->pageSearchStatistics) < 0)
+            tabs->insertTab(3, ui->pageSearchStatistics, tr("Настройка ИК"));
+        return;
+    }
+    for (QWidget *page : {ui->pageSearchStatistics, ui->pageCorrections}) {
+        const int index = tabs->indexOf(page);
+        if (index >= 0)
+            tabs->removeTab(index);
+    }
+}
+
+void MainWindow::settingsRead()
+{
+    const QStringList &lines = m_uki->getCfgLines();
+    ui->plainTextUkiConfig->setPlainText(lines.join(QLatin1Char('\n')));
+
+    if (isMonitorVersion(deviceVersion())) {
+        m_ukpsConfigEditor->hide();
+        m_ukiConfigEditor->show();
+        m_ukiSettings.fromLines(lines);
+        m_uki->setSettings(m_ukiSettings);
+    } else {
+        m_ukiConfigEditor->hide();
+        m_ukpsConfigEditor->show();
+        m_ukpsSettings.fromLines(lines);
+    }
+
+    const QString name = DeviceVariant::displayName(ProgramSettings::instance().variant);
+    ui->labelStatus->setText(tr("Данные из %1").arg(name));
+    m_popup->show(tr("[[OK]]Конфигурация успешно загружена"), Done);
+    logMessage(tr("Конфигурация успешно загружена: %1").arg(name));
+
+    saveConfig();
+    applyVariant();
+
+    ui->tbReadConfig->setEnabled(true);
+    ui->tbWriteConfig->setEnabled(true);
+    ui->tbSaveConfigToFile->setEnabled(true);
+    ui->tbReadArchive->setEnabled(true);
+    ui->tbSaveArchiveToFile->setEnabled(false);
+}
+
+void MainWindow::applyVariant()
+{
+    const int variant = ProgramSettings::instance().variant;
+    ui->groupBox->setVisible(DeviceVariant::hasLocators(variant));
+}
+
+void MainWindow::archiveRead()
+{
+    const QStringList &lines = m_uki->dumpLines();
+    m_archive->setLines(lines);
+    ui->tableArchive->resizeColumnsToContents();
+    ui->plainTextArchive->setPlainText(lines.join(QLatin1Char('\n')));
+    ui->pageArchivesTable->show();
+    ui->plainTextArchive->show();
+}
+
+void MainWindow::correctionsRead()
+{
+    const QStringList &lines = m_uki->corrLines();
+    auto corrections = std::make_shared<CtCorrections>(lines);
+    ui->tableCorrections->setModel(corrections.get());
+    ui->tableCorrections->resizeColumnsToContents();
+    m_corrections = corrections;
+    ui->plainTextCorrections->setPlainText(lines.join(QLatin1Char('\n')));
+}
+
+void MainWindow::configWriteDone(bool success)
+{
+    if (success)
+        m_popup->show(tr("[[OK]]Данные отправлены"), Written);
+    else
+        m_popup->show(tr("[[ERR]]Ошибка записи данных"), WriteFailed);
+}
+
+void MainWindow::statsReadDone(bool success, uint address, uint channel, uint level)
+{
+    Q_UNUSED(address)
+    Q_UNUSED(channel)
+    Q_UNUSED(level)
+    if (success)
+        m_popup->show(tr("[[OK]]Статистика прочитана!"), Written);
+    else
+        m_popup->show(tr("[[ERR]]Не удалось прочитать статистику поиска"), Done);
+}

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "settings/ukisettings.h"
+#include "settings/ukpssettings.h"
+
+#include <QMainWindow>
+#include <QString>
+
+#include <cstdint>
+#include <memory>
+
+class ArchiveData;
+class ArchiveFilterProxy;
+class CtCorrections;
+class Locators;
+class PopupMessage;
+class QProgressBar;
+class Uki;
+
+namespace Ui {
+class MainWindow;
+}
+
+// The program's only window: pages for the device settings, archive, CT corrections and
+// fault-search statistics, and the workflows that talk to the device through the engine.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+public:
+    explicit MainWindow(QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    // config.json in the configuration folder: {"connection": {"port", "variant"}}.
+    void loadConfig();
+    void saveConfig();
+
+    // The one protocol engine of the process, owned by the window.
+    Uki *uki() const { return m_uki; }
+
+signals:
+    void setButtonsEnabled(bool enabled);
+
+public slots:
+    void logMessage(QString message);
+    void configReadDone(bool success, uint32_t flags);
+    void configWriteDone(bool success);
+    void statsReadDone(bool success, uint address, uint channel, uint level);
+
+private slots:
+    void editProperties();
+    void connectAndRead();
+    void readConfig();
+    void readArchive();
+    void readCorrections();
+    void writeConfig();
+    void writeCorrections();
+    void showAbout();
+    void showProgress(int answered, int total);
+
+private:
+    void loadStyleSheet();
+    void createEngine();
+    void createPages();
+    void connectButtons();
+    void setInitialState();
+
+    void reconnect();
+    // The first number of the device's version text: 3, 4, 5 UKPS family, 8 or 9 the monitor.
+    uint deviceVersion() const;
+    static bool isMonitorVersion(uint version) { return version == 8 || version == 9; }
+
+    void identificationRead();
+    void settingsRead();
+    void archiveRead();
+    void correctionsRead();
+    void applyVariant();
+    void showLocatorPages(bool show);
+
+    Ui::MainWindow *ui = nullptr;
+    PopupMessage *m_popup = nullptr;
+    Uki *m_uki = nullptr;
+    QWidget *m_ukpsConfigEditor = nullptr;
+    QWidget *m_ukiConfigEditor = nullptr;
+    QWidget *m_statGraphWidget = nullptr;
+    QProgressBar *m_progress = nullptr;
+    ArchiveData *m_archive = nullptr;
+    ArchiveFilterProxy *m_archiveFilter = nullptr;
+    std::shared_ptr<CtCorrections> m_corrections;
+    std::shared_ptr<Locators> m_locators;
+    UkiSettings m_ukiSettings;
+    UkpsSettings m_ukpsSettings;
+};
