@@ -15,12 +15,12 @@ int parseLines(const QStringList &lines,
     int stored = 0;
     for (const QString &rawLine : lines) {
         if (echoLines)
-            qDebug() << QLatin1String("Line in UKI config : ") + rawLine;
+            qDebug().noquote() << QLatin1String("Line in UKI config : ") + rawLine;
 
         const QString line = rawLine.trimmed();
         const QStringList parts = line.split(QLatin1Char('\t'));
         if (parts.size() < 2) {
-            qDebug() << QLatin1String("Bad line in UKI config : ") + line;
+            qDebug().noquote() << QLatin1String("Bad line in UKI config : ") + line;
             continue;
         }
         const QString key = parts.at(0).simplified();
@@ -30,11 +30,11 @@ int parseLines(const QStringList &lines,
         const auto field = std::find_if(
                 fields.cbegin(), fields.cend(), [&key](const Field &f) { return key == f.key; });
         if (field == fields.cend()) {
-            qDebug() << unknownKeyPrefix + key;
+            qDebug().noquote() << unknownKeyPrefix + key;
             continue;
         }
         if (value < field->minimum || value > field->maximum) {
-            qDebug() << "got bad value for " << key << " : " << value << "!";
+            qDebug().noquote().nospace() << "got bad value for " << key << " : " << value << "!";
             continue;
         }
         values[field->slot] = value;
