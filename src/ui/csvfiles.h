@@ -35,8 +35,9 @@ class CsvFiles
 {
     Q_DECLARE_TR_FUNCTIONS(CsvFiles)
 public:
-    // Which page file is being loaded; selects the decoding and the log texts.
-    enum class Kind { Settings, Archive };
+    // Which file is being loaded; selects the decoding and the log texts. Table stands for the
+    // corrections and custom channels files.
+    enum class Kind { Settings, Archive, Table };
 
     // "ukps", "ukb", "ukps2", "uki"; empty for an unknown variant.
     static QString prefix(int variant);
@@ -121,7 +122,7 @@ public:
     // a decimal number; 0 when it is not one. No range check.
     static int variantFromFile(const QString &firstLine);
     // variantFromFile() of the first line with the debug log "Variant : %1" and
-    // "Archive.kirantoVariant : %1" or "config.kirantoVariant : %1"; the result is also
+    // "Archive.kirantoVariant : %1" (Archive) or "config.kirantoVariant : %1"; the result is also
     // stored as the variant of ProgramSettings::instance().
     static int takeVariantFromFile(const QStringList &lines, Kind kind);
     // Cuts a settings file at the line "--------------------" (debug log "index : %1" and

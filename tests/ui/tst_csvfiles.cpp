@@ -598,7 +598,7 @@ void tst_CsvFiles::correctionsRoundTrip()
     QVERIFY(CsvFiles::writeFile(fileName, CsvFiles::correctionsFile(original)));
 
     QStringList loaded;
-    QVERIFY(CsvFiles::readLines(fileName, CsvFiles::Kind::Settings, loaded));
+    QVERIFY(CsvFiles::readLines(fileName, CsvFiles::Kind::Table, loaded));
     const CtCorrections reloaded(loaded);
     QCOMPARE(reloaded.rowCount(), original.rowCount());
     for (int row = 0; row < original.rowCount(); ++row) {
@@ -623,7 +623,7 @@ void tst_CsvFiles::customChannelsRoundTrip()
     QVERIFY(CsvFiles::writeFile(fileName, CsvFiles::customChannelsFile(original)));
 
     QStringList loaded;
-    QVERIFY(CsvFiles::readLines(fileName, CsvFiles::Kind::Settings, loaded));
+    QVERIFY(CsvFiles::readLines(fileName, CsvFiles::Kind::Table, loaded));
     const CustomChannels reloaded(loaded);
     QCOMPARE(reloaded.rowCount(), original.rowCount());
     const QList<QPair<quint32, quint32>> keys = {{0, 0}, {5, 1}, {254, 15}};
