@@ -16,6 +16,12 @@
 int main(int argc, char *argv[])
 {
     Sim::installStopSignals();
+    // Armed before anything else, so that a parent gone during start-up is noticed below.
+    const pid_t parent = getppid();
+    for (int i = 1; i < argc; ++i) {
+        if (qstrcmp(argv[i], "--exit-with-parent") == 0)
+            prctl(PR_SET_PDEATHSIG, SIGTERM);
+    }
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("kiranto-sim"));
 
@@ -95,12 +101,8 @@ int main(int argc, char *argv[])
     if (!ok || latency < 0 || latency > 10000)
         return fail(QStringLiteral("--latency takes 0..10000 ms"));
 
-    if (parser.isSet(parentOption)) {
-        const pid_t parent = getppid();
-        prctl(PR_SET_PDEATHSIG, SIGTERM);
-        if (getppid() != parent)
-            return fail(QStringLiteral("the parent process has ended"));
-    }
+    if (parser.isSet(parentOption) && getppid() != parent)
+        return fail(QStringLiteral("the parent process has ended"));
 
     Sim::FaultPlan faults;
     for (const QString &spec : parser.values(faultOption)) {
