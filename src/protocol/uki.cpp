@@ -50,6 +50,7 @@ Uki::~Uki()
         m_thread->wait();
         delete m_thread;
     }
+    delete m_pendingTask;
 }
 
 QStringList *Uki::linesOf(uint32_t flag)
@@ -201,8 +202,9 @@ void Uki::stopLink()
 
 void Uki::sendCommand(int index)
 {
-    emit runTask(new SerialTask(
-            m_program->commands.at(index).command, kIdleTimeoutMs, kAnswerTimeoutMs));
+    m_pendingTask = new SerialTask(
+            m_program->commands.at(index).command, kIdleTimeoutMs, kAnswerTimeoutMs);
+    emit runTask(m_pendingTask);
 }
 
 void Uki::linkConnected()
@@ -231,6 +233,8 @@ void Uki::taskDone(SerialTask *task)
 {
     const QString command = task->command;
     QString reply = task->reply;
+    if (task == m_pendingTask)
+        m_pendingTask = nullptr;
     delete task;
 
     // A reply that was already on its way when the link was stopped (after a port error):
@@ -353,6 +357,10 @@ void Uki::readStatisticsResult()
 
 void Uki::threadFinished()
 {
+    // Every task the link returned before its thread ended has been received by now; one it
+    // still held when it was stopped is never coming back.
+    delete m_pendingTask;
+    m_pendingTask = nullptr;
     emit logMessage(tr("Порт %1: закрыт.").arg(m_portName));
     // The program stays active until its outcome has been told, so a request made by a receiver
     // is refused instead of starting a run whose flags would be reported here.

@@ -113,4 +113,7 @@ private:
     uint m_statsLevel = 0;
     StatisticsStore m_statistics;
     int m_answered = 0;
+    // The task handed to the link and not yet returned; deleted here when the link was stopped
+    // while holding it.
+    SerialTask *m_pendingTask = nullptr;
 };
