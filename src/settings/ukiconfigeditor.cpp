@@ -42,6 +42,11 @@ UkiConfigEditor::UkiConfigEditor(QWidget *parent)
     , ui(new Ui::UkiConfigEditor)
 {
     ui->setupUi(this);
+    // Smoothing goes in whole steps of 5 %: a value typed in between falls to the step below,
+    // which is also what the record would get.
+    connect(ui->sbFilter, &QSpinBox::editingFinished, this, [filter = ui->sbFilter] {
+        filter->setValue(filter->value() / AveragingPercent * AveragingPercent);
+    });
     setSettings(m_lastLoaded);
 }
 

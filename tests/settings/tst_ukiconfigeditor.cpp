@@ -103,24 +103,18 @@ void tst_UkiConfigEditor::groups_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("title");
-    QTest::newRow("resistance") << "groupBox_3"
-                                << "Уставки по сопротивлению";
-    QTest::newRow("voltage") << "groupBox_7"
-                             << "Уставки по напряжению";
-    QTest::newRow("display") << "groupBox_8"
-                             << "Дисплей УКИ";
-    QTest::newRow("capacitance") << "groupBox_9"
-                                 << "Уставки по ёмкости";
-    QTest::newRow("modbus") << "groupBox"
-                            << "MODBUS";
-    QTest::newRow("x9 discrete input") << "groupBox_4"
-                                       << "Дискретный вход";
-    QTest::newRow("time") << "groupBox_2"
-                          << "Уставки по времени";
-    QTest::newRow("options") << "groupBox_6"
-                             << "Опции";
-    QTest::newRow("can") << "groupBox_5"
-                         << "Настройки CAN";
+    const auto row = [](const char *name, const char *title) {
+        QTest::newRow(name) << name << title;
+    };
+    row("groupBox_3", "Уставки по сопротивлению");
+    row("groupBox_7", "Уставки по напряжению");
+    row("groupBox_8", "Дисплей УКИ");
+    row("groupBox_9", "Уставки по ёмкости");
+    row("groupBox", "MODBUS");
+    row("groupBox_4", "Дискретный вход");
+    row("groupBox_2", "Уставки по времени");
+    row("groupBox_6", "Опции");
+    row("groupBox_5", "Настройки CAN");
 }
 
 void tst_UkiConfigEditor::groups()
@@ -213,45 +207,27 @@ void tst_UkiConfigEditor::comboItems_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QStringList>("items");
-    const QStringList offOn{"ОТКЛ", "ВКЛ"};
-    QTest::newRow("cbTimeMto") << "cbTimeMto"
-                               << QStringList{"АВТ", "00:20", "00:30", "00:40", "00:50", "01:00"};
-    QTest::newRow("cbTcust") << "cbTcust"
-                             << QStringList{"ОТКЛ",
-                                            "00:10",
-                                            "00:20",
-                                            "00:30",
-                                            "00:40",
-                                            "00:50",
-                                            "01:00",
-                                            "01:10",
-                                            "01:20",
-                                            "01:30",
-                                            "01:40",
-                                            "01:50",
-                                            "02:00"};
-    QTest::newRow("cbTimeM3s")
-            << "cbTimeM3s"
-            << QStringList{"Непрерывно", "5 мин", "10 мин", "20 мин", "30 мин", "60 мин"};
-    QTest::newRow("cbMbBaud")
-            << "cbMbBaud"
-            << QStringList{"1200", "2400", "4800", "9600", "19200", "38400", "57600", "115200"};
-    QTest::newRow("cbMbParity") << "cbMbParity"
-                                << QStringList{"Нет контроля", "Чётная", "Нечётная"};
-    QTest::newRow("cbModeDef") << "cbModeDef"
-                               << QStringList{"АВТ.", "ОТКЛ.", "ПОИСК", "ИЗМ.R", "ИЗМ.C", "ЛОК."};
-    QTest::newRow("cbTbridge") << "cbTbridge" << QStringList{"ОТКЛ", "ВКЛ.Н", "ВКЛ.В"};
-    QTest::newRow("cbLang") << "cbLang" << QStringList{"Русский", "Английский"};
-    QTest::newRow("cbModeInput, one monitor")
-            << "cbModeInput" << QStringList{"ОТКЛ", "Режим локатора", "Т-мост ОТКЛ"};
-    QTest::newRow("cbGSearch") << "cbGSearch" << offOn;
-    QTest::newRow("cbRisoMethod") << "cbRisoMethod" << QStringList{"1", "2"};
-    QTest::newRow("cbIoutEn") << "cbIoutEn" << offOn;
-    QTest::newRow("cbRequEn") << "cbRequEn" << offOn;
-    QTest::newRow("cbAutoRan") << "cbAutoRan" << QStringList{"Rуст1", "Rуст2"};
-    QTest::newRow("cbDisMax") << "cbDisMax" << QStringList{"Псопт", "Пмакс"};
-    QTest::newRow("cbMulti") << "cbMulti" << offOn;
-    QTest::newRow("cbX9") << "cbX9" << QStringList{"Дискр. вх.", "4-20 мА"};
+    // Items separated by '|'.
+    const auto row = [](const char *name, const QString &items) {
+        QTest::newRow(name) << name << items.split('|');
+    };
+    row("cbTimeMto", "АВТ|00:20|00:30|00:40|00:50|01:00");
+    row("cbTcust", "ОТКЛ|00:10|00:20|00:30|00:40|00:50|01:00|01:10|01:20|01:30|01:40|01:50|02:00");
+    row("cbTimeM3s", "Непрерывно|5 мин|10 мин|20 мин|30 мин|60 мин");
+    row("cbMbBaud", "1200|2400|4800|9600|19200|38400|57600|115200");
+    row("cbMbParity", "Нет контроля|Чётная|Нечётная");
+    row("cbModeDef", "АВТ.|ОТКЛ.|ПОИСК|ИЗМ.R|ИЗМ.C|ЛОК.");
+    row("cbTbridge", "ОТКЛ|ВКЛ.Н|ВКЛ.В");
+    row("cbLang", "Русский|Английский");
+    row("cbModeInput", "ОТКЛ|Режим локатора|Т-мост ОТКЛ");
+    row("cbGSearch", "ОТКЛ|ВКЛ");
+    row("cbRisoMethod", "1|2");
+    row("cbIoutEn", "ОТКЛ|ВКЛ");
+    row("cbRequEn", "ОТКЛ|ВКЛ");
+    row("cbAutoRan", "Rуст1|Rуст2");
+    row("cbDisMax", "Псопт|Пмакс");
+    row("cbMulti", "ОТКЛ|ВКЛ");
+    row("cbX9", "Дискр. вх.|4-20 мА");
 }
 
 void tst_UkiConfigEditor::comboItems()
@@ -400,7 +376,7 @@ void tst_UkiConfigEditor::conversion()
     QCOMPARE(editor.isModified(), stored != back);
 }
 
-// The spin box steps by 5 %; a value typed off the step still reads back by whole steps.
+// Smoothing steps by 5 %; a value typed off the step falls to the step below.
 void tst_UkiConfigEditor::filterTypedOffStep()
 {
     UkiConfigEditor editor;
@@ -408,7 +384,10 @@ void tst_UkiConfigEditor::filterTypedOffStep()
     filter->setValue(35);
     filter->stepUp();
     QCOMPARE(filter->value(), 40);
-    filter->setValue(37);
+    filter->selectAll();
+    QTest::keyClicks(filter, "37");
+    QTest::keyClick(filter, Qt::Key_Enter);
+    QCOMPARE(filter->value(), 35);
     QCOMPARE(readBack(editor).value(UkiSettings::Averaging), 7);
 }
 
