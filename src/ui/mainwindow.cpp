@@ -244,9 +244,9 @@ void MainWindow::showProgress(int answered, int total)
 {
     if (total <= 0)
         return;
+    m_progress->show();
     m_progress->setRange(0, total);
     m_progress->setValue(answered);
-    m_progress->show();
 }
 
 // Device workflows
