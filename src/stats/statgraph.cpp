@@ -159,7 +159,7 @@ void StatGraph::paintEvent(QPaintEvent *)
     painter.setFont(m_font);
 
     const QRect &frame = m_geometry.frame;
-    painter.setPen(QPen(Qt::black, 1));
+    painter.setPen(QPen(Qt::black, 1, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
     painter.setBrush(Qt::white);
     painter.drawRect(QRectF(px(frame.left(), frame.top()), px(frame.right(), frame.bottom())));
     painter.setBrush(Qt::NoBrush);
