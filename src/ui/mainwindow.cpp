@@ -9,6 +9,9 @@
 #include "models/doublespinboxdelegate.h"
 #include "models/locators.h"
 #include "protocol/uki.h"
+#include "settings/ukiconfigeditor.h"
+#include "settings/ukpsconfigeditor.h"
+#include "stats/statgraphwidget.h"
 #include "ui/aboutdialog.h"
 #include "ui/configdialog.h"
 #include "ui/popupmessage.h"
@@ -142,12 +145,12 @@ void MainWindow::createEngine()
 
 void MainWindow::createPages()
 {
-    m_ukpsConfigEditor = new QWidget(ui->ukiConfigEditorPlace);
-    m_ukiConfigEditor = new QWidget(ui->ukiConfigEditorPlace);
+    m_ukpsConfigEditor = new UkpsConfigEditor(ui->ukiConfigEditorPlace);
+    m_ukiConfigEditor = new UkiConfigEditor(ui->ukiConfigEditorPlace);
     ui->ukiConfigEditorPlace->layout()->addWidget(m_ukpsConfigEditor);
     ui->ukiConfigEditorPlace->layout()->addWidget(m_ukiConfigEditor);
 
-    m_statGraphWidget = new QWidget(ui->searchStatGraphPlace);
+    m_statGraphWidget = new StatGraphWidget(m_uki, ui->searchStatGraphPlace);
     ui->searchStatGraphPlace->layout()->addWidget(m_statGraphWidget);
 
     m_archive = new ArchiveData(QStringList(), this);
@@ -231,7 +234,7 @@ void MainWindow::logMessage(QString message)
 
 uint MainWindow::deviceVersion() const
 {
-    return m_uki->ukiVersion().split(QLatin1Char('.'), Qt::SkipEmptyParts).value(0).toUInt();
+    return UkpsConfigEditor::parseVersion(m_uki->ukiVersion()).value(0);
 }
 
 void MainWindow::showAbout()
@@ -326,9 +329,12 @@ void MainWindow::writeConfig()
     logMessage(QStringLiteral("wr_versionRes : %1").arg(version));
     QStringList commands;
     if (isMonitorVersion(version)) {
+        m_ukiConfigEditor->settings(m_ukiSettings);
         m_uki->setSettings(m_ukiSettings);
         commands = m_ukiSettings.writeCommands();
     } else {
+        m_ukpsConfigEditor->applyFirmwareVersion(m_uki->ukiVersion());
+        m_ukpsConfigEditor->settings(m_ukpsSettings);
         commands = m_ukpsSettings.writeCommands();
     }
     m_uki->writeCommands(commands);
@@ -355,6 +361,10 @@ void MainWindow::configReadDone(bool success, uint32_t flags)
         archiveRead();
     if (flags & Uki::ReadCorrections)
         correctionsRead();
+    // The statistics page lists the channels of the locators with their custom settings.
+    if ((flags & (Uki::ReadIdentification | Uki::ReadCustomChannels))
+        && DeviceVariant::hasLocators(ProgramSettings::instance().variant))
+        m_statGraphWidget->updateChannels();
 }
 
 void MainWindow::identificationRead()
@@ -440,11 +450,14 @@ void MainWindow::settingsRead()
         m_ukpsConfigEditor->hide();
         m_ukiConfigEditor->show();
         m_ukiSettings.fromLines(lines);
+        m_ukiConfigEditor->setSettings(m_ukiSettings);
         m_uki->setSettings(m_ukiSettings);
     } else {
         m_ukiConfigEditor->hide();
         m_ukpsConfigEditor->show();
-        m_ukpsSettings.fromLines(lines);
+        m_ukpsConfigEditor->applyFirmwareVersion(m_uki->ukiVersion());
+        if (m_ukpsSettings.fromLines(lines))
+            m_ukpsConfigEditor->setSettings(m_ukpsSettings);
     }
 
     const QString name = DeviceVariant::displayName(ProgramSettings::instance().variant);
@@ -465,6 +478,7 @@ void MainWindow::settingsRead()
 void MainWindow::applyVariant()
 {
     const int variant = ProgramSettings::instance().variant;
+    m_ukpsConfigEditor->applyVariant(variant);
     ui->groupBox->setVisible(DeviceVariant::hasLocators(variant));
 }
 

@@ -15,7 +15,10 @@ class CtCorrections;
 class Locators;
 class PopupMessage;
 class QProgressBar;
+class StatGraphWidget;
 class Uki;
+class UkiConfigEditor;
+class UkpsConfigEditor;
 
 namespace Ui {
 class MainWindow;
@@ -79,9 +82,9 @@ private:
     Ui::MainWindow *ui = nullptr;
     PopupMessage *m_popup = nullptr;
     Uki *m_uki = nullptr;
-    QWidget *m_ukpsConfigEditor = nullptr;
-    QWidget *m_ukiConfigEditor = nullptr;
-    QWidget *m_statGraphWidget = nullptr;
+    UkpsConfigEditor *m_ukpsConfigEditor = nullptr;
+    UkiConfigEditor *m_ukiConfigEditor = nullptr;
+    StatGraphWidget *m_statGraphWidget = nullptr;
     QProgressBar *m_progress = nullptr;
     ArchiveData *m_archive = nullptr;
     ArchiveFilterProxy *m_archiveFilter = nullptr;

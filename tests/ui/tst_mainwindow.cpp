@@ -7,6 +7,8 @@
 #include "models/doublespinboxdelegate.h"
 #include "models/locators.h"
 #include "protocol/uki.h"
+#include "settings/ukiconfigeditor.h"
+#include "settings/ukpsconfigeditor.h"
 #include "ui/configdialog.h"
 #include "ui/mainwindow.h"
 #include "ui/popupmessage.h"
@@ -24,6 +26,7 @@
 #include <QProcess>
 #include <QProgressBar>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QStackedWidget>
 #include <QTabWidget>
 #include <QTableView>
@@ -144,6 +147,7 @@ private slots:
     void silentDeviceWorksOffline();
     void readArchive();
     void readArchiveWithoutDevice();
+    void writeSettings_data();
     void writeSettings();
     void correctionsArrive();
     void buttonsAndProgressDuringRun();
@@ -542,6 +546,13 @@ void tst_MainWindow::connectAndReadSettings()
          {"tbReadConfig", "tbWriteConfig", "tbSaveConfigToFile", "tbReadArchive"})
         QVERIFY2(child<QWidget>(button)->isEnabled(), button);
     QVERIFY(!child<QWidget>("tbSaveArchiveToFile")->isEnabled());
+    auto *ukiEditor = m_window->findChild<UkiConfigEditor *>();
+    auto *ukpsEditor = m_window->findChild<UkpsConfigEditor *>();
+    QCOMPARE(ukiEditor->isHidden(), !monitor);
+    QCOMPARE(ukpsEditor->isHidden(), monitor);
+    QWidget *editor = monitor ? static_cast<QWidget *>(ukiEditor) : ukpsEditor;
+    QCOMPARE(editor->findChild<QSpinBox *>(QStringLiteral("sbRisoM3s1"))->value(),
+             monitor ? 60 : 50);
     if (monitor) {
         QCOMPARE(m_window->uki()->settings().value(UkiSettings::RisoM3s1), 60);
         QVERIFY(!m_window->uki()->corrLines().isEmpty());
@@ -633,11 +644,32 @@ void tst_MainWindow::readArchiveWithoutDevice()
     QCOMPARE(child<QTabWidget>("ukiDataPages")->count(), 4);
 }
 
+void tst_MainWindow::writeSettings_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("version");
+    QTest::addColumn<bool>("monitor");
+
+    QTest::newRow("uki-kiranto") << "uki-kiranto"
+                                 << "9.6.43" << true;
+    QTest::newRow("ukps-ks") << "ukps-ks"
+                             << "3.2.17" << false;
+}
+
 void tst_MainWindow::writeSettings()
 {
-    startWindow({"--variant", "uki-kiranto"});
+    QFETCH(QString, key);
+    QFETCH(QString, version);
+    QFETCH(bool, monitor);
+
+    startWindow({"--variant", key});
     QVERIFY(connectThroughDialog(m_simulator->link()));
     QVERIFY(clickAndWaitForRead("tbReadConfig"));
+    QWidget *editor = monitor ? static_cast<QWidget *>(m_window->findChild<UkiConfigEditor *>())
+                              : m_window->findChild<UkpsConfigEditor *>();
+    auto *threshold = editor->findChild<QSpinBox *>(QStringLiteral("sbRisoM3s1"));
+    QVERIFY(threshold->value() != 75);
+    threshold->setValue(75);
 
     g_log.clear();
     QSignalSpy written(m_window->uki(), &Uki::configWriteDone);
@@ -645,12 +677,17 @@ void tst_MainWindow::writeSettings()
     QVERIFY(written.wait(15000));
     QVERIFY(written.first().at(0).toBool());
     QCOMPARE(popupText(), QStringLiteral("Данные отправлены"));
-    QCOMPARE(logged(QStringLiteral("wr_version : ")), QStringLiteral("wr_version : 9.6.43"));
-    QCOMPARE(logged(QStringLiteral("wr_versionRes : ")), QStringLiteral("wr_versionRes : 9"));
+    QCOMPARE(logged(QStringLiteral("wr_version : ")), QStringLiteral("wr_version : ") + version);
+    QCOMPARE(logged(QStringLiteral("wr_versionRes : ")),
+             QStringLiteral("wr_versionRes : ") + version.section('.', 0, 0));
+    if (monitor)
+        QCOMPARE(m_window->uki()->settings().value(UkiSettings::RisoM3s1), 75);
 
-    const QString before = child<QPlainTextEdit>("plainTextUkiConfig")->toPlainText();
+    // The device's next get_cfg carries the new value, and the editor shows it.
+    threshold->setValue(10);
     QVERIFY(clickAndWaitForRead("tbReadConfig"));
-    QCOMPARE(child<QPlainTextEdit>("plainTextUkiConfig")->toPlainText(), before);
+    QVERIFY(m_window->uki()->getCfgLines().contains(QStringLiteral("RisoM3s1\t75")));
+    QCOMPARE(threshold->value(), 75);
 }
 
 void tst_MainWindow::correctionsArrive()
