@@ -328,6 +328,7 @@ class tst_Simulator : public QObject
 {
     Q_OBJECT
 private slots:
+    void initTestCase();
     void versionsList_data();
     void versionsList();
     void settings_data();
@@ -353,6 +354,8 @@ private slots:
     void pacing();
     void faults_data();
     void faults();
+    void faultLeavesStateAlone_data();
+    void faultLeavesStateAlone();
     void faultOnlyForPrefix();
     void faultFileChangedAtRunTime();
     void floodStopsAtNextCommand();
@@ -361,6 +364,12 @@ private slots:
     void stopSignalRemovesLink_data();
     void stopSignalRemovesLink();
 };
+
+void tst_Simulator::initTestCase()
+{
+    QVERIFY2(!qgetenv("KIRANTO_SIM").isEmpty(),
+             "KIRANTO_SIM must name the kiranto-sim executable (ctest sets it)");
+}
 
 void tst_Simulator::versionsList_data()
 {
@@ -878,6 +887,27 @@ void tst_Simulator::faults()
         QVERIFY(reply.bytes.size() >= 4 * normal.size());
         QVERIFY(reply.bytes.startsWith(normal + normal + normal));
     }
+}
+
+void tst_Simulator::faultLeavesStateAlone_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<QByteArray>("row");
+    QTest::newRow("silence") << "silence" << QByteArray("5\t2\tOFF");
+    QTest::newRow("reject") << "reject" << QByteArray("5\t2\tOFF");
+    QTest::newRow("garbage") << "garbage" << QByteArray("5\t2\tOFF");
+    QTest::newRow("slow still acts") << "slow" << QByteArray("5\t2\t200\t10\t45");
+    QTest::newRow("gap still acts") << "gap" << QByteArray("5\t2\t200\t10\t45");
+}
+
+void tst_Simulator::faultLeavesStateAlone()
+{
+    QFETCH(QString, mode);
+    QFETCH(QByteArray, row);
+    Device device;
+    QVERIFY(device.start({"--fault", mode + ":set_cust"}));
+    device.exchange("set_cust_5_2_10_45_200", 200, false, 2000);
+    QCOMPARE(findRow(device.lines("get_cust"), "5\t2\t"), row);
 }
 
 void tst_Simulator::faultOnlyForPrefix()

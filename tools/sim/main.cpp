@@ -28,7 +28,13 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
             "Simulates a KIRANTO device on a pseudo-terminal. Prints the link path on stdout "
-            "once the device is ready and serves until SIGINT or SIGTERM."));
+            "once the device is ready and serves until SIGINT or SIGTERM.\n\n"
+            "Faults: silence (no reply), reject (\"Unrecognize\"), slow (first byte after "
+            "80 ms), gap (60 ms of silence after the line that crosses the middle of the "
+            "reply), garbage (96 bytes of noise with NULs instead of the reply), hangup (half "
+            "the reply, then the line is closed and the simulator exits), flood (the reply "
+            "over and over until the next command arrives). A silent, refused or garbled "
+            "command leaves the device's state alone."));
     parser.addHelpOption();
     const QCommandLineOption linkOption(QStringLiteral("link"),
                                         QStringLiteral("Symbolic link to the line."),
