@@ -1,0 +1,115 @@
+#include "fuzztargets.h"
+
+#include <QDir>
+#include <QtTest>
+
+#include <time.h>
+
+namespace {
+
+using Entry = void (*)(const uint8_t *, size_t);
+
+const QMap<QString, Entry> &entries()
+{
+    static const QMap<QString, Entry> map = {
+            {"ukisettings", fuzzUkiSettings},
+            {"ukisettingsjson", fuzzUkiSettingsJson},
+            {"ukpssettings", fuzzUkpsSettings},
+            {"archivedata", fuzzArchiveData},
+            {"ctcorrections", fuzzCtCorrections},
+            {"locators", fuzzLocators},
+            {"customchannels", fuzzCustomChannels},
+            {"searchstatistics", fuzzSearchStatistics},
+            {"cannedreply", fuzzCannedReply},
+            {"programsettings", fuzzProgramSettings},
+    };
+    return map;
+}
+
+void quietMessages(QtMsgType, const QMessageLogContext &, const QString &) {}
+
+} // namespace
+
+// Every seed of the fuzz corpora, and every input a fuzzer once found failing, fed to the same
+// target body. A body aborts when a check fails, so passing means: no crash, all checks held.
+class tst_FuzzRegressions : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void corpus_data();
+    void corpus();
+    void found_data();
+    void found();
+
+private:
+    QtMessageHandler m_previousHandler = nullptr;
+};
+
+void tst_FuzzRegressions::initTestCase()
+{
+    // The zone the fuzzers run in: local times with daylight saving in the device's years.
+    qputenv("TZ", "Europe/Moscow");
+    tzset();
+    m_previousHandler = qInstallMessageHandler(quietMessages);
+}
+
+void tst_FuzzRegressions::cleanupTestCase()
+{
+    qInstallMessageHandler(m_previousHandler);
+}
+
+void tst_FuzzRegressions::corpus_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<QByteArray>("input");
+
+    const QDir root(QStringLiteral(KIRANTO_FUZZ_CORPUS));
+    QVERIFY(root.exists());
+    for (const QString &target : entries().keys()) {
+        const QDir dir(root.filePath(target));
+        const QStringList files = dir.entryList(QDir::Files, QDir::Name);
+        QVERIFY2(!files.isEmpty(), qPrintable("no seeds for " + target));
+        for (const QString &name : files) {
+            QFile file(dir.filePath(name));
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            QTest::addRow("%s/%s", qPrintable(target), qPrintable(name))
+                    << target << file.readAll();
+        }
+    }
+}
+
+void tst_FuzzRegressions::corpus()
+{
+    QFETCH(QString, target);
+    QFETCH(QByteArray, input);
+    entries().value(target)(reinterpret_cast<const uint8_t *>(input.constData()),
+                            size_t(input.size()));
+}
+
+void tst_FuzzRegressions::found_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<QByteArray>("input");
+
+    // A key twice in one object: Qt's parser drops the first value (and leaks it); the
+    // settings must still load and save.
+    QTest::newRow("config.json with a key twice")
+            << "programsettings"
+            << QByteArray("{\"connection\": {\"port\": \" ttyS1 \", \"variant\": \"ukps-ab\"}, "
+                          "\"x\": {\"port\": \"a\"}, \"x\": [1, 2]}");
+    QTest::newRow("settings object with a key twice")
+            << "ukisettingsjson" << QByteArray("{\"a\":{\"b\":\"c\"},\"a\":1,\"Bright\":7}");
+}
+
+void tst_FuzzRegressions::found()
+{
+    QFETCH(QString, target);
+    QFETCH(QByteArray, input);
+    entries().value(target)(reinterpret_cast<const uint8_t *>(input.constData()),
+                            size_t(input.size()));
+}
+
+QTEST_GUILESS_MAIN(tst_FuzzRegressions)
+#include "tst_fuzzregressions.moc"
