@@ -386,6 +386,7 @@ void StatGraphWidget::configWriteDone(bool success)
         m_graph->entry(key.first, key.second).setChanged(true);
         qInfo().noquote()
                 << tr("Канал не записан: Адрес: %1; Канал: %2;").arg(key.first).arg(key.second + 1);
+        emit setButtonsEnabled(true);
     }
     finishJob();
 }
