@@ -5,6 +5,8 @@
 
 #include <cstring>
 
+#include <sys/ioctl.h>
+
 namespace {
 constexpr int kTimerPeriodMs = 5;
 }
@@ -103,6 +105,18 @@ void SerialLink::serialPortReadyRead()
     }
 }
 
+// Bytes that reached the line but are not read yet: the silence is not real when this thread
+// was held up longer than the time-out with the reply already waiting in the driver.
+bool SerialLink::bytesWaiting() const
+{
+    if (!m_port || !m_port->isOpen())
+        return false;
+    if (m_port->bytesAvailable() > 0)
+        return true;
+    int pending = 0;
+    return ::ioctl(int(m_port->handle()), FIONREAD, &pending) == 0 && pending > 0;
+}
+
 void SerialLink::checkTimeouts()
 {
     if (!m_current)
@@ -110,7 +124,7 @@ void SerialLink::checkTimeouts()
     SerialTask *task = m_current;
     const qint64 now = QDateTime::currentMSecsSinceEpoch();
     const qint64 limit = task->reply.isEmpty() ? task->answerTimeoutMs : task->idleTimeoutMs;
-    if (now - task->lastActivityAt <= limit)
+    if (now - task->lastActivityAt <= limit || bytesWaiting())
         return;
     task->finishedAt = now;
     task->status = task->reply.isEmpty() ? 2 : 1;

@@ -44,6 +44,7 @@ private slots:
 
 private:
     void startTask(SerialTask *task);
+    bool bytesWaiting() const;
 
     QString m_portName;
     SerialTask *m_current = nullptr;

@@ -218,6 +218,12 @@ public:
 
     int workerLoopPasses() const { return m_workerLoopPasses; }
 
+    // Holds the worker thread up, as a loaded machine may.
+    void stallWorker(int ms)
+    {
+        QMetaObject::invokeMethod(m_link, [ms] { QThread::msleep(ulong(ms)); });
+    }
+
     QStringList linesStartingWith(const QString &prefix) const
     {
         QStringList lines;
@@ -327,6 +333,7 @@ private slots:
     void queuedTasksRunInOrder();
     void portThatCannotOpen();
     void hangUpMidReply();
+    void replyWaitingWhileWorkerStalled();
 };
 
 void TestSerialLink::reply_data()
@@ -511,6 +518,26 @@ void TestSerialLink::hangUpMidReply()
     QCOMPARE(task->reply, QStringLiteral("1\t01.01.2026\t12:00:00"));
     QCOMPARE(task->status, 1);
     QCOMPARE(run.log, QStringList{completionLine(task)});
+}
+
+void TestSerialLink::replyWaitingWhileWorkerStalled()
+{
+    // The whole reply arrives while the worker thread is held up for longer than the answer
+    // time-out: it is waiting in the driver, so the line was not silent and the task succeeds.
+    FakeDevice device;
+    QVERIFY(device.isOpen());
+    device.answer("get_cfg", Script{{20, "AddrUki\t1\r\nOK\r\n"}});
+    LinkRun run(device.slavePath());
+    QTRY_COMPARE_WITH_TIMEOUT(run.connectedCount, 1, kWaitMs);
+
+    SerialTask *task = run.send(QStringLiteral("get_cfg"));
+    run.stallWorker(200);
+    QTRY_COMPARE_WITH_TIMEOUT(run.done.size(), 1, kWaitMs);
+    run.stop();
+
+    QCOMPARE(task->status, 1);
+    QCOMPARE(task->reply, QStringLiteral("AddrUki\t1\r\nOK\r\n"));
+    QVERIFY(run.errors.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestSerialLink)
