@@ -61,7 +61,8 @@ private slots:
     void showProgress(int answered, int total);
 
 private:
-    void loadStyleSheet();
+    // style.qss of the configuration folder (Latin-1) if it can be read, else the built-in one.
+    static QString readStyleSheet();
     void createEngine();
     void createPages();
     void connectButtons();
