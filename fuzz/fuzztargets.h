@@ -15,6 +15,7 @@ void fuzzCustomChannels(const uint8_t *data, size_t size);
 void fuzzSearchStatistics(const uint8_t *data, size_t size);
 void fuzzCannedReply(const uint8_t *data, size_t size);
 void fuzzProgramSettings(const uint8_t *data, size_t size);
+void fuzzCsvFiles(const uint8_t *data, size_t size);
 
 struct UkiProgram;
 // The checks of fuzzSearchStatistics on a program built elsewhere.

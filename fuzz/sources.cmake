@@ -11,4 +11,5 @@ set(kiranto_fuzz_body_sources
     ${CMAKE_CURRENT_LIST_DIR}/searchstatistics.cpp
     ${CMAKE_CURRENT_LIST_DIR}/cannedreply.cpp
     ${CMAKE_CURRENT_LIST_DIR}/programsettings.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/csvfiles.cpp
 )

@@ -19,7 +19,7 @@ elif [[ "${1:-}" =~ ^[0-9]+$ ]]; then
 fi
 
 all_targets=(ukisettings ukisettingsjson ukpssettings archivedata ctcorrections locators
-             customchannels searchstatistics cannedreply programsettings)
+             customchannels searchstatistics cannedreply programsettings csvfiles)
 targets=("$@")
 [ ${#targets[@]} -gt 0 ] || targets=("${all_targets[@]}")
 if [ $smoke -eq 1 ]; then

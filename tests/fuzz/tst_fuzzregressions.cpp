@@ -22,6 +22,7 @@ const QMap<QString, Entry> &entries()
             {"searchstatistics", fuzzSearchStatistics},
             {"cannedreply", fuzzCannedReply},
             {"programsettings", fuzzProgramSettings},
+            {"csvfiles", fuzzCsvFiles},
     };
     return map;
 }
