@@ -216,6 +216,7 @@ void MainWindow::setInitialState()
                             static_cast<QWidget *>(ui->label_8),
                             static_cast<QWidget *>(ui->tbConfigViewAsForm),
                             static_cast<QWidget *>(ui->tbConfigViewAsDump),
+                            static_cast<QWidget *>(ui->lineConfig1),
                             static_cast<QWidget *>(ui->tbArchivesViewAsTable),
                             static_cast<QWidget *>(ui->tbArchivesViewAsDump),
                             static_cast<QWidget *>(ui->groupBox)})
@@ -251,6 +252,11 @@ void MainWindow::showProgress(int answered, int total)
     if (total <= 0)
         return;
     m_progress->show();
+    // A single command (the archive) can take seconds: show activity rather than "0 of 1".
+    if (total == 1 && answered == 0) {
+        m_progress->setRange(0, 0);
+        return;
+    }
     m_progress->setRange(0, total);
     m_progress->setValue(answered);
 }
@@ -364,6 +370,10 @@ void MainWindow::configReadDone(bool success, uint32_t flags)
         archiveRead();
     if (flags & Uki::ReadCorrections)
         correctionsRead();
+    // The archive and the corrections have no message of their own when they arrive: take the
+    // "reading" message down instead of leaving it up for its full time.
+    if (!(flags & (Uki::ReadIdentification | Uki::ReadSettings)))
+        m_popup->cancel();
     // The statistics page lists the channels of the locators with their custom settings.
     if ((flags & (Uki::ReadIdentification | Uki::ReadCustomChannels))
         && DeviceVariant::hasLocators(ProgramSettings::instance().variant))

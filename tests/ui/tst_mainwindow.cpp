@@ -610,7 +610,9 @@ void tst_MainWindow::readArchive()
     startWindow({"--variant", "uki-kiranto", "--archive-size", "37"});
     QVERIFY(connectThroughDialog(m_simulator->link()));
     QVERIFY(clickAndWaitForRead("tbReadArchive"));
-    QCOMPARE(popupText(), QStringLiteral("Читаем архив...")); // no message of its own when done
+    // No message of its own when done: the "reading" message is taken down.
+    QCOMPARE(popupText(), QStringLiteral("Читаем архив..."));
+    QVERIFY(m_window->findChild<PopupMessage *>()->label()->isHidden());
     const QAbstractItemModel *model = child<QTableView>("tableArchive")->model();
     QCOMPARE(model->rowCount(), 37);
     QCOMPARE(child<QPlainTextEdit>("plainTextArchive")->toPlainText(),
