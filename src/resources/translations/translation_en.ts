@@ -946,7 +946,7 @@
         <location line="-252"/>
         <location line="+283"/>
         <source>В исходном виде</source>
-        <translation>As received</translation>
+        <translation>As raw text</translation>
     </message>
     <message>
         <location line="-242"/>
@@ -1107,7 +1107,7 @@
         <translation>KIRANTO-Link</translation>
     </message>
     <message>
-        <location filename="../../ui/mainwindow.cpp" line="-343"/>
+        <location filename="../../ui/mainwindow.cpp" line="-353"/>
         <source>MainWindow::saveConfig() - ошибка записи в файл %1.</source>
         <translation>MainWindow::saveConfig() - error writing file %1.</translation>
     </message>
@@ -1117,7 +1117,7 @@
         <translation>Commands done: %v of %m</translation>
     </message>
     <message>
-        <location line="+139"/>
+        <location line="+145"/>
         <location line="+9"/>
         <source>Подключаемся...</source>
         <translation>Connecting...</translation>
@@ -1168,7 +1168,7 @@
         <translation>[[ERR]]Device not connected: working offline</translation>
     </message>
     <message>
-        <location line="+56"/>
+        <location line="+60"/>
         <source>&lt;html&gt;&lt;head/&gt;&lt;body&gt;&lt;p align=&quot;center&quot;&gt;&lt;span style=&quot;font-weight:600;&quot;&gt;%1&lt;/span&gt;&lt;br&gt;Версия ПО - &lt;span style=&quot;font-weight:600;&quot;&gt;%2&lt;/span&gt;&lt;/p&gt;&lt;/body&gt;&lt;/html&gt;</source>
         <translation>&lt;html&gt;&lt;head/&gt;&lt;body&gt;&lt;p align=&quot;center&quot;&gt;&lt;span style=&quot;font-weight:600;&quot;&gt;%1&lt;/span&gt;&lt;br&gt;Firmware version - &lt;span style=&quot;font-weight:600;&quot;&gt;%2&lt;/span&gt;&lt;/p&gt;&lt;/body&gt;&lt;/html&gt;</translation>
     </message>
@@ -1271,7 +1271,7 @@
     <message>
         <location line="+32"/>
         <source>В исходном виде</source>
-        <translation>As received</translation>
+        <translation>As raw text</translation>
     </message>
     <message>
         <location line="+3"/>
