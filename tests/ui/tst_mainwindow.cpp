@@ -9,6 +9,7 @@
 #include "protocol/uki.h"
 #include "settings/ukiconfigeditor.h"
 #include "settings/ukpsconfigeditor.h"
+#include "ui/aboutdialog.h"
 #include "ui/configdialog.h"
 #include "ui/mainwindow.h"
 #include "ui/popupmessage.h"
@@ -151,6 +152,10 @@ private slots:
     void writeSettings();
     void correctionsArrive();
     void buttonsAndProgressDuringRun();
+    void connectAndReadInOneRun();
+    void readCorrectionsOfUkps2();
+    void anotherDeviceTakesTheLocatorPagesAway();
+    void aboutDialog();
 
 private:
     template<typename T>
@@ -743,6 +748,78 @@ void tst_MainWindow::buttonsAndProgressDuringRun()
     // get_cfg, cfg, get_cust, corr: four commands counted one by one.
     QVERIFY(seen.size() >= 4);
     QCOMPARE(seen.last(), qMakePair(4, 4));
+}
+
+void tst_MainWindow::connectAndReadInOneRun()
+{
+    startWindow({"--variant", "uki-kiranto"});
+    ProgramSettings::instance().port = m_simulator->link();
+    QSignalSpy done(m_window->uki(), &Uki::configReadDone);
+    // The button sits on the hidden tool row; its F5 only works while the row is shown.
+    child<QToolButton>("tbConnect")->click();
+    QCOMPARE(popupText(), QStringLiteral("Читаем данные..."));
+    QVERIFY(g_log.contains(QStringLiteral("Подключаемся...")));
+    QVERIFY(done.wait(15000));
+    QCOMPARE(done.first().at(0).toBool(), true);
+    QCOMPARE(done.first().at(1).toUInt(), 3u);
+    QCOMPARE(ProgramSettings::instance().variant, int(DeviceVariant::UkiKiranto));
+    QCOMPARE(popupText(), QStringLiteral("Конфигурация успешно загружена"));
+    QVERIFY(!m_window->findChild<UkiConfigEditor *>()->isHidden());
+    QVERIFY(!child<QWidget>("groupBox")->isHidden());
+    QVERIFY(child<QWidget>("tbWriteConfig")->isEnabled());
+}
+
+void tst_MainWindow::readCorrectionsOfUkps2()
+{
+    startWindow({"--variant", "ukps-ks-2"});
+    QVERIFY(connectThroughDialog(m_simulator->link()));
+    // Version 5 reads its settings alone; the corrections have their own button.
+    QVERIFY(clickAndWaitForRead("tbReadConfig"));
+    QVERIFY(m_window->uki()->corrLines().isEmpty());
+    QCOMPARE(child<QTableView>("tableCorrections")->model(), nullptr);
+
+    QSignalSpy done(m_window->uki(), &Uki::configReadDone);
+    child<QToolButton>("tbReadCorrections")->click();
+    QCOMPARE(popupText(), QStringLiteral("Читаем коррекции ТТ..."));
+    QVERIFY(done.wait(15000));
+    QCOMPARE(done.first().at(1).toUInt(), 16u);
+    QVERIFY(child<QTableView>("tableCorrections")->model()->rowCount() > 0);
+    QVERIFY(m_window->findChild<PopupMessage *>()->label()->isHidden());
+}
+
+void tst_MainWindow::anotherDeviceTakesTheLocatorPagesAway()
+{
+    startWindow({"--variant", "uki-kiranto"});
+    QVERIFY(connectThroughDialog(m_simulator->link()));
+    QCOMPARE(child<QTabWidget>("ukiDataPages")->count(), 4);
+
+    m_simulator->stop();
+    QVERIFY(m_simulator->start(m_dir.path(), {"--variant", "ukps-ab"}));
+    QVERIFY(connectThroughDialog(m_simulator->link()));
+    QCOMPARE(ProgramSettings::instance().variant, int(DeviceVariant::UkpsAb));
+    QCOMPARE(tabTitles(child<QTabWidget>("ukiDataPages")), (QStringList{"Настройки", "Архив"}));
+    QCOMPARE(comboItems(child<QComboBox>("cbArchiveFilter")),
+             ArchiveFilterProxy::filterItems(DeviceVariant::UkpsAb));
+
+    m_simulator->stop();
+    QVERIFY(m_simulator->start(m_dir.path(), {"--variant", "ukps-ks-2"}));
+    QVERIFY(connectThroughDialog(m_simulator->link()));
+    QCOMPARE(tabTitles(child<QTabWidget>("ukiDataPages")),
+             (QStringList{"Настройки", "Архив", "Коррекция ТТ", "Настройка ИК"}));
+}
+
+void tst_MainWindow::aboutDialog()
+{
+    MainWindow window;
+    bool seen = false;
+    QTimer::singleShot(0, &window, [&seen] {
+        auto *dialog = qobject_cast<AboutDialog *>(QApplication::activeModalWidget());
+        seen = dialog != nullptr;
+        if (dialog)
+            dialog->reject();
+    });
+    window.findChild<QToolButton *>(QStringLiteral("tbAbout"))->click();
+    QVERIFY(seen);
 }
 
 QTEST_MAIN(tst_MainWindow)
