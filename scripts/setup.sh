@@ -6,6 +6,7 @@ cd "$(dirname "$0")/.."
 
 packages=(
     build-essential cmake pkg-config
+    dpkg-dev
     qtbase5-dev libqt5serialport5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools
     qttranslations5-l10n
     xvfb xauth
