@@ -1,7 +1,70 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs every test.
-set -euo pipefail
+# Installs what is missing, then builds and tests three trees:
+#   build       the normal build: the whole suite, the Debian package check among it
+#   build-asan  AddressSanitizer + UndefinedBehaviorSanitizer + LeakSanitizer: the whole suite
+#   build-tsan  ThreadSanitizer: serial link, engine and soak tests only (scripts/tsan.sh)
+# The normal tree is built first (quick feedback on compile errors) and tested last, so that its
+# ctest summary closes the log. Every step runs even when an earlier one failed; the wall time of
+# each is printed at the end, and the exit status is non-zero when any failed.
+set -uo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup.sh build
-cd build
-QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j"$(nproc)"
+
+jobs=$(nproc)
+times=()
+failed=()
+
+# timed LABEL COMMAND...: runs the command, records its wall time and outcome under LABEL.
+timed() {
+    local label=$1
+    shift
+    echo
+    echo "======== $label"
+    local start=$SECONDS status=0
+    "$@" || status=$?
+    local took=$((SECONDS - start)) outcome=ok
+    [ $status -eq 0 ] || { outcome="FAILED (exit $status)"; failed+=("$label"); }
+    times+=("$(printf '%-34s %3d min %02d s   %s' "$label" $((took / 60)) $((took % 60)) "$outcome")")
+    echo "======== $label: $((took / 60)) min $((took % 60)) s, $outcome"
+    return 0
+}
+
+# run_ctest DIR [ctest arguments...]: the suite of one tree, its output kept in DIR/ctest.log.
+run_ctest() {
+    local dir=$1
+    shift
+    ctest --test-dir "$dir" --output-on-failure -j"$jobs" "$@" 2>&1 | tee "$dir/ctest.log"
+    return "${PIPESTATUS[0]}"
+}
+
+asan_ctest() {
+    ASAN_OPTIONS=detect_leaks=1 \
+        LSAN_OPTIONS="suppressions=$PWD/scripts/lsan.supp" \
+        UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+        run_ctest build-asan
+}
+
+summary_of() {
+    grep -E '^[0-9]+% tests passed' "$1/ctest.log" 2>/dev/null || echo "(no ctest summary)"
+}
+
+total_start=$SECONDS
+timed "build: packages, configure, build" scripts/setup.sh build
+timed "build-asan: configure, build" scripts/setup.sh build-asan -DKIRANTO_SANITIZE=ON \
+    -DKIRANTO_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=RelWithDebInfo
+timed "build-asan: ctest (ASan, LSan, UBSan)" asan_ctest
+timed "build-tsan: configure, build, ctest" scripts/tsan.sh
+timed "build: ctest" env QT_QPA_PLATFORM=offscreen run_ctest build
+
+total=$((SECONDS - total_start))
+echo
+echo "======== Wall times on $jobs core(s)"
+printf '%s\n' "${times[@]}"
+printf '%-34s %3d min %02d s\n' "total" $((total / 60)) $((total % 60))
+echo
+echo "build-tsan (ThreadSanitizer): $(summary_of build-tsan)"
+echo "build-asan (ASan, LSan, UBSan): $(summary_of build-asan)"
+if [ ${#failed[@]} -gt 0 ]; then
+    printf 'FAILED: %s\n' "${failed[@]}"
+fi
+echo "build (normal): $(summary_of build)"
+[ ${#failed[@]} -eq 0 ]
