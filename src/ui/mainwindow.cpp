@@ -367,9 +367,9 @@ void MainWindow::configReadDone(bool success, uint32_t flags)
     if (flags & Uki::ReadSettings)
         settingsRead();
     if (flags & Uki::ReadArchive)
-        archiveRead();
+        showArchive(m_uki->dumpLines());
     if (flags & Uki::ReadCorrections)
-        correctionsRead();
+        showCorrections(m_uki->corrLines());
     // The archive and the corrections have no message of their own when they arrive: take the
     // "reading" message down instead of leaving it up for its full time.
     if (!(flags & (Uki::ReadIdentification | Uki::ReadSettings)))
@@ -428,8 +428,7 @@ void MainWindow::identificationRead()
     ui->tbWriteConfig->setEnabled(false);
     ui->tbSaveConfigToFile->setEnabled(false);
 
-    ui->cbArchiveFilter->clear();
-    ui->cbArchiveFilter->addItems(ArchiveFilterProxy::filterItems(variant));
+    fillArchiveFilter(variant);
 
     showLocatorPages(DeviceVariant::hasLocators(variant));
 
@@ -495,9 +494,14 @@ void MainWindow::applyVariant()
     ui->groupBox->setVisible(DeviceVariant::hasLocators(variant));
 }
 
-void MainWindow::archiveRead()
+void MainWindow::fillArchiveFilter(int variant)
 {
-    const QStringList &lines = m_uki->dumpLines();
+    ui->cbArchiveFilter->clear();
+    ui->cbArchiveFilter->addItems(ArchiveFilterProxy::filterItems(variant));
+}
+
+void MainWindow::showArchive(const QStringList &lines)
+{
     m_archive->setLines(lines);
     ui->tableArchive->resizeColumnsToContents();
     ui->plainTextArchive->setPlainText(lines.join(QLatin1Char('\n')));
@@ -505,9 +509,8 @@ void MainWindow::archiveRead()
     ui->plainTextArchive->show();
 }
 
-void MainWindow::correctionsRead()
+void MainWindow::showCorrections(const QStringList &lines)
 {
-    const QStringList &lines = m_uki->corrLines();
     auto corrections = std::make_shared<CtCorrections>(lines);
     ui->tableCorrections->setModel(corrections.get());
     ui->tableCorrections->resizeColumnsToContents();

@@ -75,8 +75,11 @@ private:
 
     void identificationRead();
     void settingsRead();
-    void archiveRead();
-    void correctionsRead();
+    // Shared with the file workflows: the lines are a reply block as the device sends it, header
+    // included.
+    void showArchive(const QStringList &lines);
+    void showCorrections(const QStringList &lines);
+    void fillArchiveFilter(int variant);
     void applyVariant();
     void showLocatorPages(bool show);
 
