@@ -741,6 +741,26 @@ void tst_MainWindow::correctionsArrive()
     child<QToolButton>("tbWriteCorrections")->click();
     QVERIFY(written.wait(15000));
     QCOMPARE(popupText(), QStringLiteral("Ошибка записи данных"));
+
+    // An edited row goes out; a row is marked as sent even when the run fails, so each attempt
+    // edits it anew.
+    double gain = 0;
+    bool sent = false;
+    for (int attempt = 0; attempt < 3 && !sent; ++attempt) {
+        gain = 1.23 + attempt / 100.0;
+        QAbstractItemModel *model = table->model();
+        QVERIFY(model->setData(model->index(0, 2), gain));
+        QVERIFY(model->setData(model->index(0, 3), -12.5));
+        QSignalSpy again(m_window->uki(), &Uki::configWriteDone);
+        child<QToolButton>("tbWriteCorrections")->click();
+        QVERIFY(again.wait(15000));
+        sent = again.first().at(0).toBool();
+    }
+    QVERIFY(sent);
+    QCOMPARE(popupText(), QStringLiteral("Данные отправлены"));
+    QVERIFY(clickAndWaitForRead("tbReadConfig"));
+    QCOMPARE(table->model()->index(0, 2).data().toDouble(), gain);
+    QCOMPARE(table->model()->index(0, 3).data().toDouble(), -12.5);
 }
 
 void tst_MainWindow::buttonsAndProgressDuringRun()
