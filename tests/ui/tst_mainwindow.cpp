@@ -155,6 +155,7 @@ private slots:
     void connectAndReadInOneRun();
     void readCorrectionsOfUkps2();
     void anotherDeviceTakesTheLocatorPagesAway();
+    void statisticsMessages();
     void aboutDialog();
 
 private:
@@ -848,6 +849,30 @@ void tst_MainWindow::anotherDeviceTakesTheLocatorPagesAway()
     QVERIFY(connectThroughDialog(m_simulator->link()));
     QCOMPARE(tabTitles(child<QTabWidget>("ukiDataPages")),
              (QStringList{"Настройки", "Архив", "Коррекция ТТ", "Настройка ИК"}));
+}
+
+void tst_MainWindow::statisticsMessages()
+{
+    startWindow({"--variant", "uki-kiranto"});
+    QVERIFY(connectThroughDialog(m_simulator->link()));
+    QVERIFY(clickAndWaitForRead("tbReadConfig"));
+
+    bool read = false;
+    for (int attempt = 0; attempt < attempts && !read; ++attempt) {
+        QSignalSpy done(m_window->uki(), &Uki::statsReadDone);
+        QVERIFY(m_window->uki()->readStats(0, 0, 1));
+        QVERIFY(done.wait(15000));
+        read = done.first().at(0).toBool();
+    }
+    QVERIFY(read);
+    QCOMPARE(popupText(), QStringLiteral("Статистика прочитана!"));
+
+    m_simulator->stop();
+    QSignalSpy failed(m_window->uki(), &Uki::statsReadDone);
+    QVERIFY(m_window->uki()->readStats(0, 1, 1));
+    QVERIFY(failed.wait(15000));
+    QCOMPARE(failed.first().at(0).toBool(), false);
+    QCOMPARE(popupText(), QStringLiteral("Не удалось прочитать статистику поиска"));
 }
 
 void tst_MainWindow::aboutDialog()
