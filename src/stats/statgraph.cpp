@@ -181,10 +181,11 @@ void StatGraph::drawAxes(QPainter &painter) const
 
     painter.setPen(QPen(Qt::black, 1));
 
-    // R: the axis, its letter at the top left, a labelled tick per step.
+    // R: the axis with its letter at the top, beside it where no tick label can reach, and a
+    // labelled tick per step.
     painter.drawLine(px(left, plot.top()), px(left, bottom));
-    painter.drawText(QRectF(m_geometry.frame.left() + 3, 1, left, lineHeight),
-                     Qt::AlignLeft | Qt::AlignTop,
+    painter.drawText(QRectF(left + kTickLength, plot.top() - lineHeight / 2.0, left, lineHeight),
+                     Qt::AlignLeft | Qt::AlignVCenter,
                      QStringLiteral("R"));
     for (const int value : m_scale.ticks()) {
         const int y = qRound(m_scale.y(value, area));

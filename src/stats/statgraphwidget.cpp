@@ -18,6 +18,8 @@
 #include <QToolButton>
 #include <QtDebug>
 
+#include <algorithm>
+
 namespace {
 
 enum Column {
@@ -44,6 +46,7 @@ QToolButton *rowButton(QWidget *parent, const char *name, const QString &icon, c
     button->setIcon(QIcon(icon));
     button->setToolTip(tip);
     button->setAutoRaise(true);
+    button->setIconSize(QSize(16, 16));
     return button;
 }
 
@@ -69,6 +72,10 @@ StatGraphWidget::StatGraphWidget(Uki *uki, QWidget *parent)
     ui->splitter->setStretchFactor(0, 0);
     ui->splitter->setStretchFactor(1, 1);
     ui->tableDump->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    // Rows as high as a line of text and the 16-pixel row buttons allow.
+    ui->tableChannels->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    ui->tableChannels->verticalHeader()->setDefaultSectionSize(
+            std::max(ui->tableChannels->fontMetrics().height() + 8, 24));
 
     connect(ui->tableChannels, &QTableWidget::cellChanged, this, &StatGraphWidget::treeCellChanged);
     connect(ui->tableChannels,
@@ -163,8 +170,16 @@ void StatGraphWidget::showChannels(const std::shared_ptr<Locators> &locators,
     }
 
     table->resizeColumnsToContents();
-    table->resizeRowsToContents();
     table->updateGeometry();
+    // The first table gets the width of its columns, the graph the rest; later tables only
+    // widen it, so that a width the user chose stays.
+    const QList<int> sizes = ui->splitter->sizes();
+    const int wanted = table->sizeHint().width();
+    if (devices > 0 && sizes.size() == 2 && sizes.at(0) + sizes.at(1) > wanted
+        && (!m_tableFitted || sizes.at(0) < wanted)) {
+        ui->splitter->setSizes({wanted, sizes.at(0) + sizes.at(1) - wanted});
+        m_tableFitted = true;
+    }
     emit setButtonsEnabled(true);
     m_graph->update();
 }
@@ -197,6 +212,8 @@ void StatGraphWidget::fillRow(int row, const Key &key, const QString &device)
     setSettingsCells(row, key);
 
     auto buttonsCell = new QWidget;
+    // Compact buttons, so that a row is no taller than its text.
+    buttonsCell->setStyleSheet(QStringLiteral("QToolButton { padding: 1px; }"));
     auto buttonsLayout = new QHBoxLayout(buttonsCell);
     buttonsLayout->setContentsMargins(2, 0, 2, 0);
     buttonsLayout->setSpacing(2);

@@ -93,4 +93,5 @@ private:
     bool m_running = false;       // the engine runs a job of this page
     Job m_current;                // the running job
     bool m_engineRunning = false; // between the engine's programStart and programDone
+    bool m_tableFitted = false;   // the splitter has given the table its width once
 };
