@@ -138,9 +138,6 @@ void StatGraphWidget::updateChannels()
 void StatGraphWidget::showChannels(const std::shared_ptr<Locators> &locators,
                                    const std::shared_ptr<CustomChannels> &customChannels)
 {
-    m_locators = locators;
-    m_customChannels = customChannels;
-
     QTableWidget *table = ui->tableChannels;
     const QSignalBlocker blocker(table);
     table->clearContents();

@@ -35,14 +35,15 @@ public:
                       const std::shared_ptr<CustomChannels> &customChannels);
 
 signals:
-    // Notifications after the page has started the engine; the engine is then busy, so do not
-    // answer them with a request of your own. channel is 0-based.
+    // Told once the page has started a statistics read (level 1) of the channel (0-based).
+    // The engine is busy then: a request made in answer would be refused and end this run.
     void requestStatistics(uint address, uint channel);
     // Emitted and handled by the page: refresh buttons follow enabled, save buttons also need
-    // unsaved settings.
+    // unsaved settings. The page emits false and true itself around every engine run.
     void setButtonsEnabled(bool enabled);
-    // Bounds in units (0..75), sent to the device with the channel's settings.
+    // Told once the page has started writing a channel (0-based); bounds in units (0..75).
     void setChannelBounds(uint address, uint channel, uint lower, uint upper);
+    // The file buttons; the files are the caller's business.
     void loadChannelsFromFile();
     void saveChannelsToFile();
 
@@ -86,8 +87,6 @@ private:
     SpinBoxDelegate *m_rLocDelegate = nullptr;
     SpinBoxDelegate *m_lowerDelegate = nullptr;
     SpinBoxDelegate *m_upperDelegate = nullptr;
-    std::shared_ptr<Locators> m_locators;
-    std::shared_ptr<CustomChannels> m_customChannels;
     QVector<Key> m_rows;          // the channel of each table row
     QVector<Job> m_queue;         // waiting for the running job
     bool m_running = false;       // the engine runs a job of this page
