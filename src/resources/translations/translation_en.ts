@@ -965,7 +965,7 @@
     </message>
     <message>
         <location line="+106"/>
-        <location filename="../../ui/mainwindow.cpp" line="+445"/>
+        <location filename="../../ui/mainwindow.cpp" line="+470"/>
         <source>Коррекция ТТ</source>
         <translation>CT correction</translation>
     </message>
@@ -1107,7 +1107,7 @@
         <translation>KIRANTO-Link</translation>
     </message>
     <message>
-        <location filename="../../ui/mainwindow.cpp" line="-353"/>
+        <location filename="../../ui/mainwindow.cpp" line="-378"/>
         <source>MainWindow::saveConfig() - ошибка записи в файл %1.</source>
         <translation>MainWindow::saveConfig() - error writing file %1.</translation>
     </message>
@@ -1117,7 +1117,7 @@
         <translation>Commands done: %v of %m</translation>
     </message>
     <message>
-        <location line="+145"/>
+        <location line="+171"/>
         <location line="+9"/>
         <source>Подключаемся...</source>
         <translation>Connecting...</translation>
@@ -1173,7 +1173,7 @@
         <translation>&lt;html&gt;&lt;head/&gt;&lt;body&gt;&lt;p align=&quot;center&quot;&gt;&lt;span style=&quot;font-weight:600;&quot;&gt;%1&lt;/span&gt;&lt;br&gt;Firmware version - &lt;span style=&quot;font-weight:600;&quot;&gt;%2&lt;/span&gt;&lt;/p&gt;&lt;/body&gt;&lt;/html&gt;</translation>
     </message>
     <message>
-        <location line="+15"/>
+        <location line="+14"/>
         <source>Подключено устройство: %1</source>
         <translation>Device connected: %1</translation>
     </message>
@@ -1198,7 +1198,7 @@
         <translation>Configuration loaded: %1</translation>
     </message>
     <message>
-        <location line="+42"/>
+        <location line="+46"/>
         <source>[[OK]]Данные отправлены</source>
         <translation>[[OK]]Data sent</translation>
     </message>
@@ -1216,6 +1216,59 @@
         <location line="+2"/>
         <source>[[ERR]]Не удалось прочитать статистику поиска</source>
         <translation>[[ERR]]Could not read the fault search statistics</translation>
+    </message>
+    <message>
+        <location filename="../../ui/mainwindow_files.cpp" line="+40"/>
+        <source>Файлы csv (*.csv)</source>
+        <translation>CSV files (*.csv)</translation>
+    </message>
+    <message>
+        <location line="+51"/>
+        <source>Сохранение конфигурации в файл</source>
+        <translation>Save configuration to file</translation>
+    </message>
+    <message>
+        <location line="+15"/>
+        <location line="+165"/>
+        <source>Загрузка конфигурации УКИ из файла</source>
+        <translation>Load IMD configuration from file</translation>
+    </message>
+    <message>
+        <location line="-109"/>
+        <location line="+37"/>
+        <source>Данные из файла %1</source>
+        <translation>Data from file %1</translation>
+    </message>
+    <message>
+        <location line="-28"/>
+        <source>Сохранение архива событий в файл</source>
+        <translation>Save event archive to file</translation>
+    </message>
+    <message>
+        <location line="+17"/>
+        <source>Загрузка архива из файла</source>
+        <translation>Load event archive from file</translation>
+    </message>
+    <message>
+        <location line="+20"/>
+        <location line="+40"/>
+        <source>[[WARN]]Нечего сохранять!</source>
+        <translation>[[WARN]]Nothing to save!</translation>
+    </message>
+    <message>
+        <location line="-35"/>
+        <source>Сохранение коррекций ТТ в файл</source>
+        <translation>Save CT corrections to file</translation>
+    </message>
+    <message>
+        <location line="+11"/>
+        <source>Загрузка коррекций ТТ из файла</source>
+        <translation>Load CT corrections from file</translation>
+    </message>
+    <message>
+        <location line="+29"/>
+        <source>Сохранение текущей конфигурации в файл</source>
+        <translation>Save current configuration to file</translation>
     </message>
 </context>
 <context>
@@ -1305,13 +1358,17 @@
     </message>
     <message>
         <location line="+5"/>
-        <source>Нижний порог</source>
-        <translation>Lower threshold</translation>
+        <source>Нижний
+порог</source>
+        <translation>Lower
+threshold</translation>
     </message>
     <message>
         <location line="+5"/>
-        <source>Верхний порог</source>
-        <translation>Upper threshold</translation>
+        <source>Верхний
+порог</source>
+        <translation>Upper
+threshold</translation>
     </message>
     <message>
         <location line="+72"/>
@@ -1339,7 +1396,7 @@
         <translation>Value 3</translation>
     </message>
     <message>
-        <location filename="../../stats/statgraphwidget.cpp" line="+150"/>
+        <location filename="../../stats/statgraphwidget.cpp" line="+154"/>
         <source>УКИ</source>
         <translation>IMD</translation>
     </message>
@@ -1349,12 +1406,12 @@
         <translation>Loc %1</translation>
     </message>
     <message>
-        <location line="+32"/>
+        <location line="+40"/>
         <source>Показывать на графике</source>
         <translation>Show on graph</translation>
     </message>
     <message>
-        <location line="+24"/>
+        <location line="+26"/>
         <source>Обновить данные по каналу</source>
         <translation>Refresh channel data</translation>
     </message>
