@@ -50,3 +50,10 @@ void DoubleSpinBoxDelegate::updateEditorGeometry(QWidget *editor,
 {
     editor->setGeometry(option.rect);
 }
+
+QString DoubleSpinBoxDelegate::displayText(const QVariant &value, const QLocale &locale) const
+{
+    if (value.userType() == QMetaType::Double)
+        return locale.toString(value.toDouble(), 'f', m_decimals);
+    return QStyledItemDelegate::displayText(value, locale);
+}

@@ -21,6 +21,8 @@ public:
     void updateEditorGeometry(QWidget *editor,
                               const QStyleOptionViewItem &option,
                               const QModelIndex &index) const override;
+    // Shows real values with the editor's decimals, so a column reads 1,00 beside 0,99.
+    QString displayText(const QVariant &value, const QLocale &locale) const override;
 
 private:
     double m_minimum = 0.0;

@@ -36,6 +36,8 @@ private slots:
     void intCommit_data();
     void intCommit();
     void geometry();
+    void doubleDisplay_data();
+    void doubleDisplay();
 };
 
 void tst_Delegates::doubleEditor_data()
@@ -202,6 +204,34 @@ void tst_Delegates::geometry()
         delegate->updateEditorGeometry(editor.get(), option, QModelIndex());
         QCOMPARE(editor->geometry(), option.rect);
     }
+}
+
+void tst_Delegates::doubleDisplay_data()
+{
+    QTest::addColumn<int>("decimals");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("gain 1 shows two decimals") << 2 << QVariant(1.0) << "C"
+                                               << "1.00";
+    QTest::newRow("gain in a Russian locale") << 2 << QVariant(0.99) << "ru_RU"
+                                              << "0,99";
+    QTest::newRow("phase with one decimal") << 1 << QVariant(-2.5) << "C"
+                                            << "-2.5";
+    QTest::newRow("whole phase") << 1 << QVariant(10.0) << "C"
+                                 << "10.0";
+    QTest::newRow("text is left alone") << 2 << QVariant(QString("OFF")) << "C"
+                                        << "OFF";
+}
+
+void tst_Delegates::doubleDisplay()
+{
+    QFETCH(int, decimals);
+    QFETCH(QVariant, value);
+    QFETCH(QString, locale);
+    QFETCH(QString, text);
+    const DoubleSpinBoxDelegate delegate(-360.0, 999.0, 0.1, decimals);
+    QCOMPARE(delegate.displayText(value, QLocale(locale)), text);
 }
 
 QTEST_MAIN(tst_Delegates)
