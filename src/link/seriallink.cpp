@@ -3,12 +3,25 @@
 #include <QDateTime>
 #include <QTimer>
 
+#include <atomic>
 #include <cstring>
 
 #include <sys/ioctl.h>
 
 namespace {
 constexpr int kTimerPeriodMs = 5;
+// Set from any thread, read by every link in its worker thread.
+std::atomic<qint64> s_replyLimit{4 * 1024 * 1024};
+} // namespace
+
+void SerialLink::setReplyLimit(qint64 bytes)
+{
+    s_replyLimit = bytes;
+}
+
+qint64 SerialLink::replyLimit()
+{
+    return s_replyLimit;
 }
 
 SerialLink::SerialLink(QString portName, QObject *parent)
@@ -73,8 +86,14 @@ void SerialLink::serialPortError(QSerialPort::SerialPortError code)
     if (code != QSerialPort::ReadError && code != QSerialPort::ResourceError)
         return;
     // The far end is gone (a pty whose master closed, a USB adapter pulled out). The port would
-    // repeat this notification at full CPU until closed: report it once and close it. The
-    // close is queued so that the port is not closed inside its own notification.
+    // repeat this notification at full CPU until closed: report it once and close it.
+    dropPort();
+}
+
+// Stops listening to the port and closes it. The close is queued so that the port is not
+// closed inside one of its own notifications.
+void SerialLink::dropPort()
+{
     disconnect(m_port, nullptr, this, nullptr);
     QSerialPort *port = m_port;
     QMetaObject::invokeMethod(
@@ -102,6 +121,13 @@ void SerialLink::serialPortReadyRead()
             m_current->firstByteAt = now;
         m_current->reply.append(QString::fromLatin1(m_rxBuffer.data(), int(count)));
         m_current->lastActivityAt = now;
+        const qint64 limit = s_replyLimit;
+        if (m_current->reply.size() > limit) {
+            // Never silent, this reply would never end: the run is over.
+            emit error(tr("Ответ превысил %1 байт без паузы.").arg(limit));
+            dropPort();
+            return;
+        }
     }
 }
 

@@ -20,12 +20,18 @@ class QTimer;
 // QThread::finished). A task is held from runTask() until taskDone(); the link never deletes a
 // task, not even one it still holds when it is destroyed.
 // A port error reading ReadError or ResourceError (the far end gone) is reported once, then
-// the port is closed; a current task still ends by its time-out.
+// the port is closed; a current task still ends by its time-out. A reply that grows past the
+// reply limit without a pause (a device repeating itself) is reported and handled the same way.
 class SerialLink : public QObject
 {
     Q_OBJECT
 public:
     explicit SerialLink(QString portName, QObject *parent = nullptr);
+
+    // Bytes one reply may reach without a pause; 4 MiB unless set. A device's whole archive is
+    // far smaller (2,000 events take some 145 KB). One value for every link of the process.
+    static void setReplyLimit(qint64 bytes);
+    static qint64 replyLimit();
 
 signals:
     void connected();
@@ -45,6 +51,7 @@ private slots:
 private:
     void startTask(SerialTask *task);
     bool bytesWaiting() const;
+    void dropPort();
 
     QString m_portName;
     SerialTask *m_current = nullptr;

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QMutex>
+#include <QScopeGuard>
 #include <QSocketNotifier>
 #include <QThread>
 #include <QTimer>
@@ -334,6 +335,8 @@ private slots:
     void portThatCannotOpen();
     void hangUpMidReply();
     void replyWaitingWhileWorkerStalled();
+    void replyLimit_data();
+    void replyLimit();
 };
 
 void TestSerialLink::reply_data()
@@ -538,6 +541,54 @@ void TestSerialLink::replyWaitingWhileWorkerStalled()
     QCOMPARE(task->status, 1);
     QCOMPARE(task->reply, QStringLiteral("AddrUki\t1\r\nOK\r\n"));
     QVERIFY(run.errors.isEmpty());
+}
+
+void TestSerialLink::replyLimit_data()
+{
+    QTest::addColumn<int>("chunks");
+    QTest::addColumn<bool>("overflows");
+
+    // 1 KiB chunks 5 ms apart against a limit of 4 KiB: never a pause that ends the reply.
+    QTest::newRow("a reply of exactly the limit is kept") << 4 << false;
+    QTest::newRow("a reply that keeps coming past the limit is a port error") << 8 << true;
+}
+
+void TestSerialLink::replyLimit()
+{
+    QFETCH(int, chunks);
+    QFETCH(bool, overflows);
+
+    constexpr qint64 limit = 4096;
+    const qint64 defaultLimit = SerialLink::replyLimit();
+    QCOMPARE(defaultLimit, 4 * 1024 * 1024);
+    SerialLink::setReplyLimit(limit);
+    const auto restore = qScopeGuard([defaultLimit] { SerialLink::setReplyLimit(defaultLimit); });
+
+    FakeDevice device;
+    QVERIFY(device.isOpen());
+    Script script;
+    for (int i = 0; i < chunks; ++i)
+        script.append({5, QByteArray(1024, char('a' + i))});
+    device.answer("dump", script);
+    LinkRun run(device.slavePath());
+    QTRY_COMPARE_WITH_TIMEOUT(run.connectedCount, 1, kWaitMs);
+
+    SerialTask *task = run.send(QStringLiteral("dump"));
+    QTRY_COMPARE_WITH_TIMEOUT(run.done.size(), 1, kWaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(device.chunksInFlight(), 0, kWaitMs);
+    if (overflows) {
+        // Reported once; the port is closed, so the task ends by its time-out.
+        QCOMPARE(run.errors, QStringList{QStringLiteral("Ответ превысил 4096 байт без паузы.")});
+        QTRY_COMPARE_WITH_TIMEOUT(openDescriptors(device.slavePath()), 1, kWaitMs);
+        QVERIFY(task->reply.size() > limit);
+        QVERIFY(task->reply.size() <= limit + 1024);
+    } else {
+        QVERIFY(run.errors.isEmpty());
+        QCOMPARE(task->reply.size(), limit);
+    }
+    run.stop();
+    QCOMPARE(task->status, 1);
+    QCOMPARE(run.log, QStringList{completionLine(task)});
 }
 
 QTEST_GUILESS_MAIN(TestSerialLink)
