@@ -46,12 +46,16 @@ expect_field Architecture "$(dpkg --print-architecture)"
 expect_field Maintainer "Marvolet <service@marvolet.example>"
 expect_field Section electronics
 depends=$(field Depends)
+# Package names of Depends, alternatives included, one a line.
+names=$(tr ',|' '\n\n' <<<"$depends" | sed 's/(.*)//; s/ //g' | sed '/^$/d')
 for lib in libc6 libstdc++6 libqt5core5a libqt5gui5 libqt5widgets5 libqt5serialport5 libqt5svg5; do
-    [[ ",$depends" =~ [,\ ]$lib[\ ,] || ",$depends" =~ [,\ ]$lib$ ]] \
-        || fail "Depends lacks $lib: $depends"
+    grep -qxF "$lib" <<<"$names" || fail "Depends lacks $lib: $depends"
 done
-[[ "$(field Description)" == "Service tool for KIRANTO insulation and network monitors"* ]] \
-    || fail "Description: $(field Description)"
+description=$(field Description)
+[ "$(head -n 1 <<<"$description")" = "Service tool for KIRANTO insulation and network monitors" ] \
+    || fail "Description: $description"
+[ "$(grep -c 'Service tool for KIRANTO' <<<"$description")" -eq 1 ] \
+    || fail "the summary is repeated in the description: $description"
 
 echo "== dpkg -c"
 dpkg -c "$deb" | tee "$scratch/contents.txt"
