@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <utility>
 
 class CtCorrections;
 class CustomChannels;
@@ -43,6 +44,12 @@ public:
 
     std::shared_ptr<CustomChannels> customChannels() const { return m_customChannels; }
     std::shared_ptr<Locators> locators() const { return m_locators; }
+    // Models loaded from files for offline work; the next device read replaces them.
+    void setCustomChannels(std::shared_ptr<CustomChannels> channels)
+    {
+        m_customChannels = std::move(channels);
+    }
+    void setLocators(std::shared_ptr<Locators> locators) { m_locators = std::move(locators); }
     // The insulation monitor's firmware version from the versions list ("9.6.43").
     QString ukiVersion() const { return m_ukiVersion; }
 
