@@ -205,6 +205,32 @@ void MainWindow::connectButtons()
     connect(ui->tbReadArchive, &QToolButton::clicked, this, &MainWindow::readArchive);
     connect(ui->tbReadCorrections, &QToolButton::clicked, this, &MainWindow::readCorrections);
     connect(ui->tbWriteCorrections, &QToolButton::clicked, this, &MainWindow::writeCorrections);
+
+    connect(ui->tbSaveData, &QToolButton::clicked, this, &MainWindow::saveData);
+    connect(ui->tbLoadConfigFromFile, &QToolButton::clicked, this, &MainWindow::loadConfigFromFile);
+    connect(ui->tbSaveConfigToFile, &QToolButton::clicked, this, &MainWindow::saveConfigToFile);
+    connect(ui->tbLoadArchiveFromFile,
+            &QToolButton::clicked,
+            this,
+            &MainWindow::loadArchiveFromFile);
+    connect(ui->tbSaveArchiveToFile, &QToolButton::clicked, this, &MainWindow::saveArchiveToFile);
+    connect(ui->tbLoadCorrectionsFromFile,
+            &QToolButton::clicked,
+            this,
+            &MainWindow::loadCorrectionsFromFile);
+    connect(ui->tbSaveCorrectionsToFile,
+            &QToolButton::clicked,
+            this,
+            &MainWindow::saveCorrectionsToFile);
+    connect(m_statGraphWidget,
+            &StatGraphWidget::loadChannelsFromFile,
+            this,
+            &MainWindow::loadChannelsFromFile);
+    connect(m_statGraphWidget,
+            &StatGraphWidget::saveChannelsToFile,
+            this,
+            &MainWindow::saveChannelsToFile);
+    connect(m_uki, &Uki::configReadDone, this, &MainWindow::deviceDataRead);
 }
 
 void MainWindow::setInitialState()

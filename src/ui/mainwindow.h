@@ -7,8 +7,11 @@
 #include <QString>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <utility>
 
+struct CsvMessage;
 class ArchiveData;
 class ArchiveFilterProxy;
 class CtCorrections;
@@ -40,6 +43,12 @@ public:
     // The one protocol engine of the process, owned by the window.
     Uki *uki() const { return m_uki; }
 
+    // Asks for the name of a file to save (save true) or to open; empty when cancelled.
+    using FileNameAsker = std::function<QString(
+            bool save, const QString &title, const QString &defaultName)>;
+    // Replaces the platform's file dialogs, for tests; an empty asker restores them.
+    void setFileNameAsker(FileNameAsker asker) { m_fileNameAsker = std::move(asker); }
+
 signals:
     void setButtonsEnabled(bool enabled);
 
@@ -59,6 +68,18 @@ private slots:
     void writeCorrections();
     void showAbout();
     void showProgress(int answered, int total);
+
+    // File workflows
+    void saveData();
+    void saveConfigToFile();
+    void loadConfigFromFile();
+    void saveArchiveToFile();
+    void loadArchiveFromFile();
+    void saveCorrectionsToFile();
+    void loadCorrectionsFromFile();
+    void saveChannelsToFile();
+    void loadChannelsFromFile();
+    void deviceDataRead(bool success, uint32_t flags);
 
 private:
     // style.qss of the configuration folder (Latin-1) if it can be read, else the built-in one.
@@ -83,6 +104,11 @@ private:
     void applyVariant();
     void showLocatorPages(bool show);
 
+    QString askFileName(bool save, const QString &title, const QString &defaultName);
+    void showMessage(const CsvMessage &message);
+    // The settings as the visible editor shows them now, as settings lines.
+    QStringList editedSettingsLines() const;
+
     Ui::MainWindow *ui = nullptr;
     PopupMessage *m_popup = nullptr;
     Uki *m_uki = nullptr;
@@ -96,4 +122,9 @@ private:
     std::shared_ptr<Locators> m_locators;
     UkiSettings m_ukiSettings;
     UkpsSettings m_ukpsSettings;
+    FileNameAsker m_fileNameAsker;
+    // The versions list of the settings file loaded last; used instead of the engine's until the
+    // next identification read from a device.
+    QStringList m_fileVersionLines;
+    bool m_settingsFromFile = false;
 };
