@@ -43,6 +43,10 @@ asan_ctest() {
         run_ctest build-asan
 }
 
+normal_ctest() {
+    QT_QPA_PLATFORM=offscreen run_ctest build
+}
+
 summary_of() {
     grep -E '^[0-9]+% tests passed' "$1/ctest.log" 2>/dev/null || echo "(no ctest summary)"
 }
@@ -53,7 +57,7 @@ timed "build-asan: configure, build" scripts/setup.sh build-asan -DKIRANTO_SANIT
     -DKIRANTO_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=RelWithDebInfo
 timed "build-asan: ctest (ASan, LSan, UBSan)" asan_ctest
 timed "build-tsan: configure, build, ctest" scripts/tsan.sh
-timed "build: ctest" env QT_QPA_PLATFORM=offscreen run_ctest build
+timed "build: ctest" normal_ctest
 
 total=$((SECONDS - total_start))
 echo
