@@ -10,21 +10,36 @@ set -uo pipefail
 cd "$(dirname "$0")/.."
 
 jobs=$(nproc)
-times=()
+rows=()
 failed=()
 
-# timed LABEL COMMAND...: runs the command, records its wall time and outcome under LABEL.
+# Sets CPU to the CPU seconds (user + system) used so far by the finished children of this
+# shell. Must run in this shell, not in a $(...) subshell, whose counters start at zero.
+cpu_now() {
+    local file
+    file=$(mktemp)
+    times >"$file"
+    CPU=$(tail -n 1 "$file" | awk '{ split($1, u, /[ms]/); split($2, s, /[ms]/);
+                                     printf "%d\n", u[1] * 60 + u[2] + s[1] * 60 + s[2] }')
+    rm -f "$file"
+}
+
+# timed LABEL COMMAND...: runs the command, records its wall and CPU time and its outcome.
 timed() {
     local label=$1
     shift
     echo
     echo "======== $label"
-    local start=$SECONDS status=0
+    local start=$SECONDS cpu_start status=0
+    cpu_now
+    cpu_start=$CPU
     "$@" || status=$?
-    local took=$((SECONDS - start)) outcome=ok
+    cpu_now
+    local took=$((SECONDS - start)) cpu=$((CPU - cpu_start)) outcome=ok
     [ $status -eq 0 ] || { outcome="FAILED (exit $status)"; failed+=("$label"); }
-    times+=("$(printf '%-34s %3d min %02d s   %s' "$label" $((took / 60)) $((took % 60)) "$outcome")")
-    echo "======== $label: $((took / 60)) min $((took % 60)) s, $outcome"
+    rows+=("$(printf '%-38s %3d min %02d s wall, %5d s CPU   %s' "$label" $((took / 60)) \
+        $((took % 60)) "$cpu" "$outcome")")
+    echo "======== $label: $((took / 60)) min $((took % 60)) s wall, $cpu s CPU, $outcome"
     return 0
 }
 
@@ -60,10 +75,12 @@ timed "build-tsan: configure, build, ctest" scripts/tsan.sh
 timed "build: ctest" normal_ctest
 
 total=$((SECONDS - total_start))
+cpu_now
 echo
-echo "======== Wall times on $jobs core(s)"
-printf '%s\n' "${times[@]}"
-printf '%-34s %3d min %02d s\n' "total" $((total / 60)) $((total % 60))
+echo "======== Times on $jobs core(s) (CPU = user + system of all processes)"
+printf '%s\n' "${rows[@]}"
+printf '%-38s %3d min %02d s wall, %5d s CPU\n' "total" $((total / 60)) $((total % 60)) \
+    "$CPU"
 echo
 echo "build-tsan (ThreadSanitizer): $(summary_of build-tsan)"
 echo "build-asan (ASan, LSan, UBSan): $(summary_of build-asan)"
