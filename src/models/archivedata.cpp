@@ -90,6 +90,22 @@ QString tenths(quint16 value)
     return QString::number(value / 10.0, 'f', 1);
 }
 
+// Where the clocks go back a local time occurs twice, and the C library picks one of the two by
+// what it converted last. Take the first occurrence, so that a dump line always gives one time.
+qint64 firstOccurrence(const QDateTime &local)
+{
+    const qint64 seconds = local.toSecsSinceEpoch();
+    const qint64 clock = QDateTime(local.date(), local.time(), Qt::UTC).toSecsSinceEpoch();
+    qint64 first = seconds;
+    for (const qint64 probe : {seconds - 86400, seconds + 86400}) {
+        const qint64 candidate = clock - QDateTime::fromSecsSinceEpoch(probe).offsetFromUtc();
+        const QDateTime other = QDateTime::fromSecsSinceEpoch(candidate);
+        if (candidate < first && other.date() == local.date() && other.time() == local.time())
+            first = candidate;
+    }
+    return first;
+}
+
 } // namespace
 
 ArchiveData::ArchiveData(const QStringList &lines, QObject *parent)
@@ -429,7 +445,7 @@ quint32 ArchiveData::timeFromText(const QString &date, const QString &time)
     // "yy" reads as 1900-1999; the device's years are 2000-2099.
     if (dateTime.date().year() <= 1999)
         dateTime = dateTime.addYears(100);
-    return quint32(dateTime.toSecsSinceEpoch());
+    return quint32(firstOccurrence(dateTime));
 }
 
 // Same result as timeFromText(). Reading every line through QDateTime::fromString would

@@ -100,6 +100,21 @@ void tst_FuzzRegressions::found_data()
             << "programsettings"
             << QByteArray("{\"connection\": {\"port\": \" ttyS1 \", \"variant\": \"ukps-ab\"}, "
                           "\"x\": {\"port\": \"a\"}, \"x\": [1, 2]}");
+    // A clock time in the hour repeated when the clocks go back (Moscow, 26.10.2008) took the
+    // first or the second occurrence depending on the date converted before it.
+    QTest::newRow("archive time in the repeated autumn hour")
+            << "archivedata"
+            << QByteArray("2\t26.10.08\t02:30:00\tE\n"
+                          "9\t01.01.00\t00:00:00\t\xff\n"
+                          "2\t26.10.08\t02:30:00\tET_GENERAL_RESISTANCE\t\t\t\t\t\t\t\t2");
+    QTest::newRow("archive search stamp in the repeated autumn hour")
+            << "archivedata"
+            << QByteArray("1\t01.07.08\t12:00:00\tET_SODC_PARAM\t0\t0\t0\t0\t0\t0\t0\t0\n"
+                          "2\t26.10.08\t02:40:00\tET_FEED_PARAM\t1\t2\t3\t4\t5\t6\t"
+                          "26.10.08\t02:30:00\n"
+                          "3\t01.01.09\t12:00:00\tET_SODC_PARAM\t0\t0\t0\t0\t0\t0\t0\t0\n"
+                          "4\t26.10.08\t02:40:00\tET_FEED_PARAM\t1\t2\t3\t4\t5\t6\t"
+                          "26.10.08\t02:30:00");
     QTest::newRow("settings object with a key twice")
             << "ukisettingsjson" << QByteArray("{\"a\":{\"b\":\"c\"},\"a\":1,\"Bright\":7}");
 }
