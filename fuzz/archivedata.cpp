@@ -7,17 +7,30 @@
 
 namespace {
 
-// Lines read one by one: the time of a kept event must be what timeFromText() gives for its
-// date and time fields (the model takes a faster road for well-formed dates).
-void checkTimes(const QStringList &lines)
+bool sameEvent(const ArchiveEvent &a, const ArchiveEvent &b)
 {
-    const int count = qMin(lines.size(), 16);
-    for (int i = 0; i < count; ++i) {
-        const ArchiveData single({lines.at(i)});
-        if (single.rowCount() != 1)
+    return a.item == b.item && a.time == b.time && a.type == b.type && a.values == b.values;
+}
+
+// Each line read on its own gives the event the whole dump gave for it (the model caches local
+// days during one parse), and its time is what timeFromText() gives for the date and time fields
+// (the model takes a faster road for well-formed dates).
+void checkLineByLine(const ArchiveData &model, const QStringList &lines)
+{
+    if (lines.size() > 64)
+        return;
+    int row = 0;
+    for (const QString &line : lines) {
+        const ArchiveData single({line});
+        if (single.rowCount() == 0)
             continue;
-        const QStringList fields = lines.at(i).trimmed().split(QLatin1Char('\t'));
+        Fuzz::check(single.rowCount() == 1, "one line gives more than one event");
         const ArchiveEvent event = single.eventAt(0);
+        Fuzz::check(row < model.rowCount() && sameEvent(model.eventAt(row), event),
+                    "a line read alone gives another event than in the whole dump");
+        ++row;
+
+        const QStringList fields = line.trimmed().split(QLatin1Char('\t'));
         Fuzz::check(event.time == ArchiveData::timeFromText(fields.at(1), fields.at(2)),
                     "event time differs from timeFromText()");
         if (event.type == ET_FEED_PARAM) {
@@ -27,6 +40,7 @@ void checkTimes(const QStringList &lines)
                         "search time stamp differs from timeFromText()");
         }
     }
+    Fuzz::check(row == model.rowCount(), "the whole dump gives events no line gives alone");
 }
 
 } // namespace
@@ -74,5 +88,5 @@ void fuzzArchiveData(const uint8_t *data, size_t size)
 
     model.setLines(lines);
     Fuzz::check(proxy.rowCount() <= model.rowCount(), "the filter shows more rows than the model");
-    checkTimes(lines);
+    checkLineByLine(model, lines);
 }
