@@ -114,7 +114,8 @@ void MainWindow::loadConfigFromFile()
     const int variant = CsvFiles::takeVariantFromFile(lines, CsvFiles::Kind::Settings);
     const CsvSettingsFile file = CsvFiles::splitSettingsFile(lines);
 
-    // The monitor's firmware version, when the file carries a versions list.
+    // The monitor's firmware version, when the file carries a versions list: the UKPS form
+    // adapts to it as after a device read.
     auto locators = std::make_shared<Locators>(file.versionLines);
     QString firmware;
     for (int row = 0; row < locators->size(); ++row) {
@@ -126,8 +127,6 @@ void MainWindow::loadConfigFromFile()
     if (variant == DeviceVariant::UkiKiranto) {
         m_ukpsConfigEditor->hide();
         m_ukiConfigEditor->show();
-        if (!firmware.isEmpty())
-            m_ukiConfigEditor->applyFirmwareVersion(firmware);
         UkiSettings record;
         record.fromLines(file.settingsLines);
         m_ukiSettings = record;

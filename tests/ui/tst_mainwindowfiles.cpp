@@ -258,6 +258,18 @@ QStringList tst_MainWindowFiles::channelRows() const
     return rows;
 }
 
+// The fields of the monitor's form that are shown.
+static QStringList shownFields(const QWidget *editor)
+{
+    QStringList names;
+    for (const QWidget *field : editor->findChildren<QWidget *>()) {
+        if (!field->objectName().isEmpty() && field->isVisibleTo(editor))
+            names << field->objectName();
+    }
+    names.sort();
+    return names;
+}
+
 QStringList tst_MainWindowFiles::editorLines() const
 {
     UkiSettings record;
@@ -455,6 +467,7 @@ void tst_MainWindowFiles::pagesSavedAndLoadedBack()
     QVERIFY(spin);
     spin->setValue(spin->value() == spin->maximum() ? spin->minimum() : spin->maximum());
     const QStringList shownLines = editorLines();
+    const QStringList fields = shownFields(m_window->findChild<UkiConfigEditor *>());
     QVERIFY(shownLines != readLines);
     const QStringList locatorRows = modelRows(child<QTableView>("tableLocators")->model());
     QVERIFY(!locatorRows.isEmpty());
@@ -517,6 +530,8 @@ void tst_MainWindowFiles::pagesSavedAndLoadedBack()
     QCOMPARE(ProgramSettings::instance().variant, int(DeviceVariant::UkiKiranto));
     QVERIFY(!m_window->findChild<UkiConfigEditor *>()->isHidden());
     QCOMPARE(editorLines(), shownLines);
+    // The form looks as it did after the device read.
+    QCOMPARE(shownFields(m_window->findChild<UkiConfigEditor *>()), fields);
     QCOMPARE(modelRows(child<QTableView>("tableLocators")->model()), locatorRows);
     QVERIFY(!child<QWidget>("groupBox")->isHidden());
     QCOMPARE(child<QLabel>("labelStatus")->text(),
