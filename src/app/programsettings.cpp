@@ -29,6 +29,11 @@ QString displayName(int variant)
     return QCoreApplication::translate("DeviceVariant", names[variant]);
 }
 
+QString nativeName(int variant)
+{
+    return QString::fromUtf8(known(variant) ? names[variant] : "Неизвестное устройство");
+}
+
 bool hasLocators(int variant)
 {
     return variant == UkpsKs2 || variant == UkiKiranto;

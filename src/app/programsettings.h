@@ -17,6 +17,8 @@ enum : int {
 QString key(int variant);
 // "УКПС КИРАНТО-КС" ... "УКИ КИРАНТО"; "Неизвестное устройство" for an unknown value.
 QString displayName(int variant);
+// The same name untranslated: files carry it whatever the language of the interface.
+QString nativeName(int variant);
 // Variants that report a locators list ("ukps-ks-2", "uki-kiranto").
 bool hasLocators(int variant);
 } // namespace DeviceVariant

@@ -136,7 +136,7 @@ QByteArray CsvFiles::pageHeader(int variant)
     bytes += lineEnd;
     bytes += variantSeparator;
     bytes += lineEnd;
-    bytes += DeviceVariant::displayName(variant).toUtf8();
+    bytes += DeviceVariant::nativeName(variant).toUtf8();
     bytes += lineEnd;
     bytes += nameSeparator;
     bytes += lineEnd;

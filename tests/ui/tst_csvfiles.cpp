@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTextCodec>
+#include <QTranslator>
 #include <QtTest>
 
 #ifdef Q_OS_UNIX
@@ -130,6 +131,7 @@ private slots:
     void pageFileBytes_data();
     void pageFileBytes();
     void tableFileBytes();
+    void pageHeaderIgnoresInterfaceLanguage();
     void saveAllConfigBytes_data();
     void saveAllConfigBytes();
 
@@ -831,6 +833,28 @@ void tst_CsvFiles::unreadableFile()
     QCOMPARE(
             CsvFiles::settingsFileFirstMessage().text,
             QString("[[ERR]]Сначала необходимо открыть файл конфигурации ИМС (...uki-config.csv)"));
+}
+
+// Translates every text, as a non-Russian interface does.
+class EverythingTranslated : public QTranslator
+{
+public:
+    QString translate(const char *, const char *, const char *, int) const override
+    {
+        return QStringLiteral("translated");
+    }
+    bool isEmpty() const override { return false; }
+};
+
+void tst_CsvFiles::pageHeaderIgnoresInterfaceLanguage()
+{
+    EverythingTranslated translator;
+    QCoreApplication::installTranslator(&translator);
+    const QByteArray header = CsvFiles::pageHeader(3);
+    QCoreApplication::removeTranslator(&translator);
+    QCOMPARE(header,
+             QByteArray("3\r\n-----\r\n") + QString("УКИ КИРАНТО").toUtf8()
+                     + QByteArray("\r\n--------------\r\n"));
 }
 
 QTEST_GUILESS_MAIN(tst_CsvFiles)
