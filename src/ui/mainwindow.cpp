@@ -48,16 +48,15 @@ MainWindow::MainWindow(QWidget *parent)
     ui->ukiDataPages->removeTab(2);
 
     m_popup = new PopupMessage(this);
-    const QString styleSheet = readStyleSheet();
+    // Applied before the editors and the statistics page are built: a widget created under a
+    // styled parent takes the style as it is constructed, while a finished tree restyled at the
+    // end sends every combo box a style change that makes it build its drop-down list at once.
+    setStyleSheet(readStyleSheet());
     loadConfig();
     createEngine();
     createPages();
     connectButtons();
     setInitialState();
-    // Applied once every child exists: one polish pass over the finished tree. Applied before the
-    // editors, each widget they create would be restyled on its own, which more than doubles the
-    // window's construction time.
-    setStyleSheet(styleSheet);
 }
 
 MainWindow::~MainWindow()
