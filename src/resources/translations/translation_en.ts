@@ -38,7 +38,7 @@
 <context>
     <name>ArchiveData</name>
     <message>
-        <location filename="../../models/archivedata.cpp" line="+167"/>
+        <location filename="../../models/archivedata.cpp" line="+183"/>
         <source>#</source>
         <translation>#</translation>
     </message>
@@ -965,7 +965,7 @@
     </message>
     <message>
         <location line="+106"/>
-        <location filename="../../ui/mainwindow.cpp" line="+470"/>
+        <location filename="../../ui/mainwindow.cpp" line="+469"/>
         <source>Коррекция ТТ</source>
         <translation>CT correction</translation>
     </message>
@@ -1229,7 +1229,7 @@
     </message>
     <message>
         <location line="+15"/>
-        <location line="+165"/>
+        <location line="+164"/>
         <source>Загрузка конфигурации УКИ из файла</source>
         <translation>Load IMD configuration from file</translation>
     </message>
@@ -1274,7 +1274,7 @@
 <context>
     <name>SerialLink</name>
     <message>
-        <location filename="../../link/seriallink.cpp" line="+37"/>
+        <location filename="../../link/seriallink.cpp" line="+50"/>
         <source>Ошибка открытия порта %1 : %2.</source>
         <translation>Error opening port %1: %2.</translation>
     </message>
@@ -1289,7 +1289,7 @@
         <translation>Error: %1.</translation>
     </message>
     <message>
-        <location line="+17"/>
+        <location line="+23"/>
         <source>Ошибка чтения: %1.</source>
         <translation>Read error: %1.</translation>
     </message>
@@ -1299,7 +1299,12 @@
         <translation>Unexpected data received: %1</translation>
     </message>
     <message>
-        <location line="+36"/>
+        <location line="+11"/>
+        <source>Ответ превысил %1 байт без паузы.</source>
+        <translation>Reply exceeded %1 bytes without a pause.</translation>
+    </message>
+    <message>
+        <location line="+32"/>
         <source>Отработали команду: %1, результат: %2. Время выполнения %3 мс</source>
         <translation>Command done: %1, result: %2. Execution time %3 ms</translation>
     </message>
@@ -1992,7 +1997,7 @@ threshold</translation>
     <name>UkpsConfigEditor</name>
     <message>
         <location filename="../../settings/ukpsconfigeditor.ui" line="+25"/>
-        <location filename="../../settings/ukpsconfigeditor.cpp" line="+247"/>
+        <location filename="../../settings/ukpsconfigeditor.cpp" line="+255"/>
         <source>Уставки КИ</source>
         <translation>Insulation setpoints</translation>
     </message>
