@@ -4,7 +4,9 @@
 //
 // The tool's child is this same executable started with "--child": it goes through the tool's
 // start-up (Application, MainWindow, title, show) and reports once the event loop has shown the
-// window, so the tool itself carries no measuring code.
+// window, so the tool itself carries no measuring code. It also reports when each step ended, and
+// the tool's time is split into loading (exec to main), Application, MainWindow, show and the
+// first pass of the event loop.
 
 #include "app/application.h"
 #include "ui/mainwindow.h"
@@ -33,13 +35,31 @@ namespace {
 
 constexpr int runs = 9;
 
-int runChild(int argc, char *argv[])
+// Seconds on the monotonic clock, which parent and child share.
+double now()
+{
+    timespec t{};
+    clock_gettime(CLOCK_MONOTONIC, &t);
+    return double(t.tv_sec) + double(t.tv_nsec) / 1e9;
+}
+
+// entered: when main() began, by now().
+int runChild(int argc, char *argv[], double entered)
 {
     Application app(argc, argv);
+    const double applicationDone = now();
     auto window = std::make_unique<MainWindow>();
+    const double windowDone = now();
     window->setWindowTitle(MainWindow::tr("KIRANTO-Link"));
     window->show();
-    QTimer::singleShot(0, &app, [&app] {
+    const double showDone = now();
+    QTimer::singleShot(0, &app, [&app, entered, applicationDone, windowDone, showDone] {
+        std::printf("steps %.6f %.6f %.6f %.6f %.6f\n",
+                    entered,
+                    applicationDone,
+                    windowDone,
+                    showDone,
+                    now());
         std::fputs("shown\n", stdout);
         std::fflush(stdout);
         app.quit();
@@ -49,16 +69,15 @@ int runChild(int argc, char *argv[])
     return result;
 }
 
-double now()
-{
-    timespec t{};
-    clock_gettime(CLOCK_MONOTONIC, &t);
-    return double(t.tv_sec) + double(t.tv_nsec) / 1e9;
-}
+// Milliseconds of the tool's start-up steps, in order.
+constexpr int stepCount = 5;
+const char *const stepNames[stepCount] = {
+        "loading", "Application", "MainWindow", "show", "first loop"};
 
 struct Sample
 {
     double milliseconds = 0;
+    std::vector<double> steps;  // stepCount entries when the child reported them
     double cpuMilliseconds = 0; // user and system time of the whole run
     long peakKiB = 0;
     bool ok = false;
@@ -101,6 +120,23 @@ Sample runOnce(const std::string &program, const std::vector<std::string> &argum
             sample.milliseconds = (now() - start) * 1000.0;
             sample.ok = true;
             break;
+        }
+    }
+    double marks[stepCount] = {};
+    const size_t at = output.find("steps ");
+    if (at != std::string::npos
+        && std::sscanf(output.c_str() + at,
+                       "steps %lf %lf %lf %lf %lf",
+                       &marks[0],
+                       &marks[1],
+                       &marks[2],
+                       &marks[3],
+                       &marks[4])
+                   == stepCount) {
+        double previous = start;
+        for (const double mark : marks) {
+            sample.steps.push_back((mark - previous) * 1000.0);
+            previous = mark;
         }
     }
     close(pipeEnds[0]);
@@ -148,8 +184,9 @@ void print(const char *name, const Figures &figures)
 
 int main(int argc, char *argv[])
 {
+    const double entered = now();
     if (argc > 1 && std::strcmp(argv[1], "--child") == 0)
-        return runChild(argc, argv);
+        return runChild(argc, argv, entered);
 
     const std::string self = QFileInfo(QString::fromLocal8Bit(argv[0]))
                                      .absoluteFilePath()
@@ -175,6 +212,7 @@ int main(int argc, char *argv[])
 
     std::vector<double> toolTimes, bareTimes, toolCpu, bareCpu;
     std::vector<long> toolPeaks, barePeaks;
+    std::vector<std::vector<double>> toolSteps(stepCount);
     // One run of each first to warm the file cache, then alternate.
     runOnce(self, childArguments);
     runOnce(bare, offscreen);
@@ -188,6 +226,8 @@ int main(int argc, char *argv[])
             return 1;
         }
         toolTimes.push_back(tool.milliseconds);
+        for (size_t step = 0; step < tool.steps.size(); ++step)
+            toolSteps[step].push_back(tool.steps[step]);
         toolCpu.push_back(tool.cpuMilliseconds);
         bareCpu.push_back(plain.cpuMilliseconds);
         toolPeaks.push_back(tool.peakKiB);
@@ -209,6 +249,12 @@ int main(int argc, char *argv[])
     std::printf("%d runs each, offscreen\n", runs);
     print("kiranto-link", tool);
     print("bare QMainWindow", plain);
+    if (!toolSteps[0].empty()) {
+        std::printf("kiranto-link steps, median ms:");
+        for (int step = 0; step < stepCount; ++step)
+            std::printf(" %s %.1f;", stepNames[step], median(toolSteps[step]));
+        std::printf("\n");
+    }
     std::printf("memory ratio: %.2f; CPU ratio: %.2f\n",
                 double(tool.peakKiB) / double(plain.peakKiB),
                 tool.cpuMilliseconds / plain.cpuMilliseconds);
