@@ -13,11 +13,16 @@
 namespace {
 
 // What the parsers see of a block: every line is trimmed by them, and empty lines say nothing.
+// The UTF-8 decoder drops a byte order mark at the start of a line, so a line loaded back has
+// lost those it began with.
 QStringList meaningful(const QStringList &lines)
 {
     QStringList result;
     for (const QString &line : lines) {
-        const QString trimmed = line.trimmed();
+        int start = 0;
+        while (start < line.size() && line.at(start) == QChar(QChar::ByteOrderMark))
+            ++start;
+        const QString trimmed = line.mid(start).trimmed();
         if (!trimmed.isEmpty())
             result.append(trimmed);
     }

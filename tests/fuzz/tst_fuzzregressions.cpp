@@ -100,6 +100,8 @@ void tst_FuzzRegressions::found_data()
             << "programsettings"
             << QByteArray("{\"connection\": {\"port\": \" ttyS1 \", \"variant\": \"ukps-ab\"}, "
                           "\"x\": {\"port\": \"a\"}, \"x\": [1, 2]}");
+    QTest::newRow("settings object with a key twice")
+            << "ukisettingsjson" << QByteArray("{\"a\":{\"b\":\"c\"},\"a\":1,\"Bright\":7}");
     // A clock time in the hour repeated when the clocks go back (Moscow, 26.10.2008) took the
     // first or the second occurrence depending on the date converted before it.
     QTest::newRow("archive time in the repeated autumn hour")
@@ -115,8 +117,9 @@ void tst_FuzzRegressions::found_data()
                           "3\t01.01.09\t12:00:00\tET_SODC_PARAM\t0\t0\t0\t0\t0\t0\t0\t0\n"
                           "4\t26.10.08\t02:40:00\tET_FEED_PARAM\t1\t2\t3\t4\t5\t6\t"
                           "26.10.08\t02:30:00");
-    QTest::newRow("settings object with a key twice")
-            << "ukisettingsjson" << QByteArray("{\"a\":{\"b\":\"c\"},\"a\":1,\"Bright\":7}");
+    // Byte order marks at the start of a line: the loader drops one each time it reads the line.
+    QTest::newRow("settings file line of two byte order marks")
+            << "csvfiles" << QByteArray("\n\xef\xbb\xbf\xef\xbb\xbf");
 }
 
 void tst_FuzzRegressions::found()
