@@ -71,8 +71,11 @@ normal_ctest() {
     QT_QPA_PLATFORM=offscreen run_ctest build
 }
 
+# The ctest summary line(s) of a tree, joined by "; ".
 summary_of() {
-    grep -E '^[0-9]+% tests passed' "$1/ctest.log" 2>/dev/null || echo "(no ctest summary)"
+    local lines
+    lines=$(grep -E '^[0-9]+% tests passed' "$1/ctest.log" 2>/dev/null | paste -sd ';' - | sed 's/;/; /g')
+    echo "${lines:-(no ctest summary)}"
 }
 
 total_start=$SECONDS
