@@ -11,6 +11,7 @@ packages=(
     qttranslations5-l10n
     xvfb xauth
     dfu-util
+    clang libclang-rt-14-dev
 )
 missing=()
 for p in "${packages[@]}"; do
