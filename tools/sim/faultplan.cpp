@@ -25,24 +25,24 @@ const ModeName modes[] = {
 
 } // namespace
 
-bool FaultPlan::parseRule(const QByteArray &spec, Rule *rule)
+bool FaultPlan::parseRule(const QByteArray &ruleText, Rule *rule)
 {
-    const int colon = spec.indexOf(':');
-    const QByteArray mode = colon < 0 ? spec : spec.left(colon);
+    const int colon = ruleText.indexOf(':');
+    const QByteArray mode = colon < 0 ? ruleText : ruleText.left(colon);
     for (const ModeName &m : modes) {
         if (mode == m.name) {
             rule->fault = m.fault;
-            rule->prefix = colon < 0 ? QByteArray() : spec.mid(colon + 1);
+            rule->prefix = colon < 0 ? QByteArray() : ruleText.mid(colon + 1);
             return true;
         }
     }
     return false;
 }
 
-bool FaultPlan::addRule(const QByteArray &spec)
+bool FaultPlan::addRule(const QByteArray &ruleText)
 {
     Rule rule;
-    if (!parseRule(spec, &rule))
+    if (!parseRule(ruleText, &rule))
         return false;
     m_rules.append(rule);
     return true;

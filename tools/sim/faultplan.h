@@ -26,7 +26,7 @@ class FaultPlan
 {
 public:
     // Adds one rule; false when MODE is not a known fault.
-    bool addRule(const QByteArray &spec);
+    bool addRule(const QByteArray &ruleText);
     // Rules read from this file follow the command-line rules; one rule a line, '#' comments.
     void setRuleFile(const QString &path) { m_file = path; }
 
@@ -41,7 +41,7 @@ private:
         Fault fault = Fault::None;
         QByteArray prefix;
     };
-    static bool parseRule(const QByteArray &spec, Rule *rule);
+    static bool parseRule(const QByteArray &ruleText, Rule *rule);
     void reloadFile();
 
     QVector<Rule> m_rules;

@@ -111,9 +111,9 @@ int main(int argc, char *argv[])
         return fail(QStringLiteral("the parent process has ended"));
 
     Sim::FaultPlan faults;
-    for (const QString &spec : parser.values(faultOption)) {
-        if (!faults.addRule(spec.toLatin1()))
-            return fail(QStringLiteral("unknown fault \"%1\"").arg(spec));
+    for (const QString &ruleText : parser.values(faultOption)) {
+        if (!faults.addRule(ruleText.toLatin1()))
+            return fail(QStringLiteral("unknown fault \"%1\"").arg(ruleText));
     }
     if (parser.isSet(faultFileOption))
         faults.setRuleFile(parser.value(faultFileOption));
