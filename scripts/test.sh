@@ -3,6 +3,7 @@
 #   build       the normal build: the whole suite, the Debian package check among it
 #   build-asan  AddressSanitizer + UndefinedBehaviorSanitizer + LeakSanitizer: the whole suite
 #   build-tsan  ThreadSanitizer: serial link, engine and soak tests only (scripts/tsan.sh)
+#   build-fuzz  libFuzzer: a short smoke run of every fuzz target (scripts/fuzz.sh --smoke)
 # The normal tree is built first (quick feedback on compile errors) and tested last, so that its
 # ctest summary closes the log. Every step runs even when an earlier one failed; the wall time of
 # each is printed at the end, and the exit status is non-zero when any failed.
@@ -84,6 +85,7 @@ timed "build-asan: configure, build" scripts/setup.sh build-asan -DKIRANTO_SANIT
     -DKIRANTO_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=RelWithDebInfo
 timed "build-asan: ctest (ASan, LSan, UBSan)" asan_ctest
 timed "build-tsan: configure, build, ctest" scripts/tsan.sh
+timed "build-fuzz: build, fuzz smoke run" scripts/fuzz.sh --smoke
 timed "build: ctest" normal_ctest
 
 total=$((SECONDS - total_start))
