@@ -1997,7 +1997,7 @@ threshold</translation>
     <name>UkpsConfigEditor</name>
     <message>
         <location filename="../../settings/ukpsconfigeditor.ui" line="+25"/>
-        <location filename="../../settings/ukpsconfigeditor.cpp" line="+255"/>
+        <location filename="../../settings/ukpsconfigeditor.cpp" line="+247"/>
         <source>Уставки КИ</source>
         <translation>Insulation setpoints</translation>
     </message>
