@@ -57,6 +57,7 @@ void SerialLink::start()
 
 void SerialLink::runTask(SerialTask *task)
 {
+    acquireTask(task);
     if (!m_current) {
         startTask(task);
         return;
@@ -160,6 +161,7 @@ void SerialLink::checkTimeouts()
                     .arg(task->command,
                          task->status == 1 ? QStringLiteral("Success") : QStringLiteral("Timeout"),
                          QString::number(task->finishedAt - task->sentAt)));
+    releaseTask(task);
     emit taskDone(task);
     m_current = nullptr;
     if (!m_queue.empty()) {

@@ -204,6 +204,7 @@ void Uki::sendCommand(int index)
 {
     m_pendingTask = new SerialTask(
             m_program->commands.at(index).command, kIdleTimeoutMs, kAnswerTimeoutMs);
+    releaseTask(m_pendingTask);
     emit runTask(m_pendingTask);
 }
 
@@ -231,6 +232,7 @@ void Uki::linkError(QString err)
 
 void Uki::taskDone(SerialTask *task)
 {
+    acquireTask(task);
     const QString command = task->command;
     QString reply = task->reply;
     if (task == m_pendingTask)

@@ -193,7 +193,10 @@ public:
         connect(m_link, &SerialLink::connected, this, [this] { ++connectedCount; });
         connect(m_link, &SerialLink::error, this, [this](const QString &err) { errors << err; });
         connect(m_link, &SerialLink::logMessage, this, [this](const QString &m) { log << m; });
-        connect(m_link, &SerialLink::taskDone, this, [this](SerialTask *task) { done << task; });
+        connect(m_link, &SerialLink::taskDone, this, [this](SerialTask *task) {
+            acquireTask(task);
+            done << task;
+        });
         m_thread->start();
     }
     ~LinkRun() override { stop(); }
@@ -213,6 +216,7 @@ public:
     SerialTask *send(const QString &command, qint64 idleMs = kIdleMs, qint64 answerMs = kAnswerMs)
     {
         m_tasks.push_back(std::make_unique<SerialTask>(command, idleMs, answerMs));
+        releaseTask(m_tasks.back().get());
         emit runTask(m_tasks.back().get());
         return m_tasks.back().get();
     }
