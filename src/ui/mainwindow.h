@@ -2,6 +2,7 @@
 
 #include "settings/ukisettings.h"
 #include "settings/ukpssettings.h"
+#include "ui/csvfiles.h"
 
 #include <QMainWindow>
 #include <QString>
@@ -105,6 +106,10 @@ private:
     void showLocatorPages(bool show);
 
     QString askFileName(bool save, const QString &title, const QString &defaultName);
+    bool openFileLines(const QString &title,
+                       CsvFiles::Kind kind,
+                       QString &name,
+                       QStringList &lines);
     void showMessage(const CsvMessage &message);
     // The settings as the visible editor shows them now, as settings lines.
     QStringList editedSettingsLines() const;

@@ -33,6 +33,23 @@ QString shownName(const QString &fileName)
 
 } // namespace
 
+// Asks for a file to open and reads its lines; false when the dialog was cancelled or the file
+// could not be read (the read error is shown).
+bool MainWindow::openFileLines(const QString &title,
+                               CsvFiles::Kind kind,
+                               QString &name,
+                               QStringList &lines)
+{
+    name = askFileName(false, title, Application::dataFolder());
+    if (name.isEmpty())
+        return false;
+    if (!CsvFiles::readLines(name, kind, lines)) {
+        showMessage(CsvFiles::readFailedMessage(name));
+        return false;
+    }
+    return true;
+}
+
 QString MainWindow::askFileName(bool save, const QString &title, const QString &defaultName)
 {
     if (m_fileNameAsker)
@@ -102,15 +119,11 @@ void MainWindow::saveConfigToFile()
 
 void MainWindow::loadConfigFromFile()
 {
-    const QString name = askFileName(
-            false, tr("Загрузка конфигурации УКИ из файла"), Application::dataFolder());
-    if (name.isEmpty())
-        return;
+    QString name;
     QStringList lines;
-    if (!CsvFiles::readLines(name, CsvFiles::Kind::Settings, lines)) {
-        showMessage(CsvFiles::readFailedMessage(name));
+    if (!openFileLines(
+                tr("Загрузка конфигурации УКИ из файла"), CsvFiles::Kind::Settings, name, lines))
         return;
-    }
     const int variant = CsvFiles::takeVariantFromFile(lines, CsvFiles::Kind::Settings);
     const CsvSettingsFile file = CsvFiles::splitSettingsFile(lines);
 
@@ -183,15 +196,10 @@ void MainWindow::saveArchiveToFile()
 
 void MainWindow::loadArchiveFromFile()
 {
-    const QString name = askFileName(
-            false, tr("Загрузка архива из файла"), Application::dataFolder());
-    if (name.isEmpty())
-        return;
+    QString name;
     QStringList lines;
-    if (!CsvFiles::readLines(name, CsvFiles::Kind::Archive, lines)) {
-        showMessage(CsvFiles::readFailedMessage(name));
+    if (!openFileLines(tr("Загрузка архива из файла"), CsvFiles::Kind::Archive, name, lines))
         return;
-    }
     const int variant = CsvFiles::takeVariantFromFile(lines, CsvFiles::Kind::Archive);
     // The archive parser drops the header lines as it drops any line that is not an event.
     showArchive(lines);
@@ -219,15 +227,10 @@ void MainWindow::saveCorrectionsToFile()
 
 void MainWindow::loadCorrectionsFromFile()
 {
-    const QString name = askFileName(
-            false, tr("Загрузка коррекций ТТ из файла"), Application::dataFolder());
-    if (name.isEmpty())
-        return;
+    QString name;
     QStringList lines;
-    if (!CsvFiles::readLines(name, CsvFiles::Kind::Table, lines)) {
-        showMessage(CsvFiles::readFailedMessage(name));
+    if (!openFileLines(tr("Загрузка коррекций ТТ из файла"), CsvFiles::Kind::Table, name, lines))
         return;
-    }
     auto corrections = std::make_shared<CtCorrections>(lines);
     // Rows that differ from the table last read from the device show as edited, ready to be
     // written; without a device table the file's rows are taken as they are.
@@ -266,15 +269,11 @@ void MainWindow::loadChannelsFromFile()
         showMessage(CsvFiles::settingsFileFirstMessage());
         return;
     }
-    const QString name = askFileName(
-            false, tr("Загрузка конфигурации УКИ из файла"), Application::dataFolder());
-    if (name.isEmpty())
-        return;
+    QString name;
     QStringList lines;
-    if (!CsvFiles::readLines(name, CsvFiles::Kind::Table, lines)) {
-        showMessage(CsvFiles::readFailedMessage(name));
+    if (!openFileLines(
+                tr("Загрузка конфигурации УКИ из файла"), CsvFiles::Kind::Table, name, lines))
         return;
-    }
     m_uki->setCustomChannels(std::make_shared<CustomChannels>(lines));
     m_statGraphWidget->updateChannels();
     showMessage(CsvFiles::readOkMessage());
