@@ -1,87 +1,208 @@
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QTemporaryDir>
+#include "app/application.h"
+#include "app/programsettings.h"
+#include "support.h"
+
 #include <QtTest>
 
-// Starts the built program in the portable layout and reads the first entries of its log.
+// Start-up of the application: folder layout, translation choice, the program settings in
+// config.json, and the built program's first log entries.
 class tst_Startup : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void firstLogEntries();
-
-private:
-    static QStringList logEntries(const QString &folder);
+    void initTestCase();
+    void folders_data();
+    void folders();
+    void translation_data();
+    void translation();
+    void settings_data();
+    void settings();
+    void variantNames();
+    void programFirstLogEntries();
 };
 
-QStringList tst_Startup::logEntries(const QString &folder)
+void tst_Startup::initTestCase()
 {
-    const QDir dir(folder);
-    QStringList entries;
-    const QStringList files = dir.entryList(
-            {QStringLiteral("KIRANTO-Link-*.log")}, QDir::Files, QDir::Name);
-    for (const QString &name : files) {
-        QFile file(dir.filePath(name));
-        if (file.open(QIODevice::ReadOnly | QIODevice::Text))
-            entries += QString::fromUtf8(file.readAll())
-                               .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    }
-    return entries;
+    QCoreApplication::setOrganizationName(QStringLiteral("Marvolet"));
+    QCoreApplication::setApplicationName(QStringLiteral("KIRANTO-Link"));
+    QStandardPaths::setTestModeEnabled(true);
+    Application::initResources();
 }
 
-void tst_Startup::firstLogEntries()
+void tst_Startup::folders_data()
+{
+    QTest::addColumn<QString>("beside");
+    QTest::addColumn<bool>("portable");
+    QTest::newRow("config folder beside the executable") << "config/" << true;
+    QTest::newRow("nothing beside the executable") << "" << false;
+    QTest::newRow("a file named config") << "config" << false;
+    QTest::newRow("Config in other letter case") << "Config/" << false;
+}
+
+// Choosing creates nothing; each accessor creates its own folder at first use, again after removal.
+void tst_Startup::folders()
+{
+    QFETCH(QString, beside);
+    QFETCH(bool, portable);
+    QTemporaryDir exe;
+    if (beside.endsWith('/'))
+        QVERIFY(QDir(exe.path()).mkdir(beside.chopped(1)));
+    else if (!beside.isEmpty())
+        QVERIFY(TestSupport::writeFile(exe.filePath(beside), "x"));
+    const QStringList before = QDir(exe.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+
+    const Application::Folders folders = Application::chooseFolders(exe.path());
+    const QString user = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    QVERIFY(user.endsWith("/Marvolet/KIRANTO-Link"));
+    const QString root = portable ? exe.path() : user;
+    QCOMPARE(QStringList({folders.config, folders.log, folders.data}),
+             QStringList({portable ? root + "/config"
+                                   : QStandardPaths::writableLocation(
+                                           QStandardPaths::AppConfigLocation),
+                          root + "/logs",
+                          root + "/data"}));
+    QVERIFY(!QFileInfo::exists(folders.log) && !QFileInfo::exists(folders.data));
+    QCOMPARE(QDir(exe.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), before);
+
+    Application::setFolders(folders);
+    QCOMPARE(Application::logFolder(), folders.log);
+    QVERIFY(QFileInfo(folders.log).isDir() && !QFileInfo::exists(folders.data));
+    QCOMPARE(Application::configFilePath("config.json"), folders.config + "/config.json");
+    QCOMPARE(Application::dataFolder(), folders.data);
+    QVERIFY(QDir(folders.log).removeRecursively() && QDir(folders.data).removeRecursively());
+    QVERIFY(QFileInfo(Application::logFolder()).isDir() && QFileInfo(folders.config).isDir());
+    QVERIFY(QFileInfo(Application::dataFolder()).isDir());
+    if (!portable)
+        QDir(user).removeRecursively();
+}
+
+void tst_Startup::translation_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<QString>("cancel");
+    const QString english = QStringLiteral("Loading english translation. true");
+    QTest::newRow("ru_RU") << "ru_RU"
+                           << "Loading russian translation."
+                           << "Отменить";
+    QTest::newRow("en_US") << "en_US" << english << "Cancel";
+    QTest::newRow("ru_UA") << "ru_UA" << english << "Cancel";
+    QTest::newRow("bare ru") << "ru" << english << "Cancel";
+    QTest::newRow("ru_ru in small letters") << "ru_ru" << english << "Cancel";
+}
+
+void tst_Startup::translation()
+{
+    QFETCH(QString, locale);
+    QFETCH(QString, entry);
+    QFETCH(QString, cancel);
+    QTranslator translator;
+    TestSupport::MessageCapture capture;
+    QVERIFY(Application::installTranslation(&translator, locale));
+    QCOMPARE(capture.messages(), QStringList{entry});
+    QCOMPARE(QCoreApplication::translate("QProgressDialog", "Cancel"), cancel);
+    QVERIFY(QCoreApplication::removeTranslator(&translator));
+}
+
+void tst_Startup::settings_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<int>("before");
+    QTest::addColumn<QString>("port");
+    QTest::addColumn<int>("variant");
+    QTest::addColumn<QByteArray>("saved"); // toJson over the same document, compact
+    QTest::newRow("port trimmed, ukps-ab")
+            << QByteArray(R"({"connection":{"port":"  ttyUSB0 \t","variant":"ukps-ab"}})") << 0
+            << "ttyUSB0" << 1
+            << QByteArray(R"({"connection":{"port":"ttyUSB0","variant":"ukps-ab"}})");
+    QTest::newRow("no port, key in capitals keeps the variant")
+            << QByteArray(R"({"connection":{"variant":"UKPS-AB"}})") << 0 << "" << 0
+            << QByteArray(R"({"connection":{"port":"","variant":"ukps-ks"}})");
+    QTest::newRow("unknown key keeps the earlier variant, other members stay")
+            << QByteArray(R"({"a":1,"connection":{"baud":9,"port":"COM3","variant":"ukps"}})") << 3
+            << "COM3" << 3
+            << QByteArray(
+                       R"({"a":1,"connection":{"baud":9,"port":"COM3","variant":"uki-kiranto"}})");
+    QTest::newRow("key with blanks, ukps-ks-2 not taken for ukps-ks")
+            << QByteArray(R"({"connection":{"variant":" ukps-ks-2 "}})") << 0 << "" << 2
+            << QByteArray(R"({"connection":{"port":"","variant":"ukps-ks-2"}})");
+    QTest::newRow("connection not an object")
+            << QByteArray(R"({"connection":"ttyS0"})") << 2 << "" << 2
+            << QByteArray(R"({"connection":{"port":"","variant":"ukps-ks-2"}})");
+    QTest::newRow("malformed, variant out of range is not written")
+            << QByteArray("{\"connection\": ") << 7 << "" << 7
+            << QByteArray(R"({"connection":{"port":""}})");
+    QTest::newRow("variant not a string")
+            << QByteArray(R"({"connection":{"variant":"ukps-ks"}})") << 0 << "" << 0
+            << QByteArray(R"({"connection":{"port":"","variant":"ukps-ks"}})");
+}
+
+void tst_Startup::settings()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(int, before);
+    QFETCH(QString, port);
+    QFETCH(int, variant);
+    QFETCH(QByteArray, saved);
+    ProgramSettings settings;
+    settings.port = QStringLiteral("stale");
+    settings.variant = before;
+    QJsonObject object = QJsonDocument::fromJson(json).object();
+    settings.fromJson(object);
+    QCOMPARE(settings.port, port);
+    QCOMPARE(settings.variant, variant);
+    settings.toJson(object);
+    QCOMPARE(QJsonDocument(object).toJson(QJsonDocument::Compact), saved);
+}
+
+void tst_Startup::variantNames()
+{
+    QStringList table;
+    for (int variant = -1; variant <= 4; ++variant)
+        table << QStringLiteral("%1|%2|%3|%4")
+                         .arg(variant)
+                         .arg(DeviceVariant::key(variant), ProgramSettings::displayName(variant))
+                         .arg(DeviceVariant::hasLocators(variant));
+    QCOMPARE(table,
+             QStringList({"-1||Неизвестное устройство|0",
+                          "0|ukps-ks|УКПС КИРАНТО-КС|0",
+                          "1|ukps-ab|УКБ КИРАНТО-АБ|0",
+                          "2|ukps-ks-2|УКПС КИРАНТО-КС-2|1",
+                          "3|uki-kiranto|УКИ КИРАНТО|1",
+                          "4||Неизвестное устройство|0"}));
+}
+
+// The built program in the portable layout: the first three log entries, nothing per-user.
+void tst_Startup::programFirstLogEntries()
 {
     QTemporaryDir scratch;
-    QVERIFY(scratch.isValid());
     const QDir dir(scratch.path());
-    const QString program = dir.filePath(QStringLiteral("kiranto-link"));
-    QVERIFY(QFile::copy(QStringLiteral(KIRANTO_LINK_BINARY), program));
-    QVERIFY(dir.mkdir(QStringLiteral("config")));
-    QVERIFY(dir.mkdir(QStringLiteral("home")));
-
+    QVERIFY(QFile::copy(TestSupport::binaryPath("KIRANTO_LINK"), dir.filePath("kiranto-link")));
+    QVERIFY(dir.mkdir("config") && dir.mkdir("home"));
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    env.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
-    env.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    env.insert(QStringLiteral("HOME"), dir.filePath(QStringLiteral("home")));
+    env.insert("HOME", dir.filePath("home"));
     QProcess process;
     process.setProcessEnvironment(env);
-    process.setWorkingDirectory(dir.filePath(QStringLiteral("home")));
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(program, {});
-    QVERIFY2(process.waitForStarted(10000), qPrintable(process.errorString()));
-
-    const QString logs = dir.filePath(QStringLiteral("logs"));
-    const bool written = QTest::qWaitFor([&] { return logEntries(logs).size() >= 3; }, 30000);
-    const QStringList entries = logEntries(logs);
-    const QProcess::ProcessState state = process.state();
-    process.terminate();
-    if (!process.waitForFinished(10000)) {
-        process.kill();
-        process.waitForFinished(10000);
-    }
-    QVERIFY2(written, qPrintable(entries.join(QLatin1Char('\n'))));
-    QCOMPARE(state, QProcess::Running);
-
-    const QRegularExpression line(QStringLiteral(R"(^\d\d:\d\d:\d\d:\d\d\d - \[INFO\]: (.*)$)"));
-    QStringList messages;
-    for (int i = 0; i < 3; ++i) {
-        const QRegularExpressionMatch match = line.match(entries.at(i));
-        QVERIFY2(match.hasMatch(), qPrintable(entries.at(i)));
-        messages << match.captured(1);
-    }
-    QCOMPARE(messages,
-             QStringList({QStringLiteral("------- Starting log -------"),
-                          QStringLiteral("Loading english translation. true"),
-                          QStringLiteral("KIRANTO-Link , version  1.00")}));
-    // The portable layout writes nothing into the per-user folders.
-    const QDir home(dir.filePath(QStringLiteral("home")));
-    QVERIFY(!home.exists(QStringLiteral(".config/Marvolet")));
-    QVERIFY(!home.exists(QStringLiteral(".local/share/Marvolet")));
+    process.setWorkingDirectory(dir.filePath("home"));
+    process.start(dir.filePath("kiranto-link"), {});
+    QVERIFY(process.waitForStarted(10000));
+    const QString log = dir.filePath("logs/KIRANTO-Link-"
+                                     + QDate::currentDate().toString(Qt::ISODate) + ".log");
+    QVERIFY(QTest::qWaitFor([&] { return TestSupport::readFile(log).count('\n') >= 3; }, 30000));
+    QCOMPARE(process.state(), QProcess::Running); // the process is killed with its object
+    const QStringList lines = QString::fromUtf8(TestSupport::readFile(log)).split('\n');
+    const QRegularExpression time(QStringLiteral(R"(^\d\d:\d\d:\d\d:\d\d\d - )"));
+    QStringList entries;
+    for (int i = 0; i < 3; ++i)
+        entries << QString(lines.at(i)).remove(time);
+    QCOMPARE(entries,
+             QStringList({"[INFO]: ------- Starting log -------",
+                          "[INFO]: Loading english translation. true",
+                          "[INFO]: KIRANTO-Link , version  1.00"}));
+    QVERIFY(!QDir(dir.filePath("home")).exists(".config/Marvolet"));
+    QVERIFY(!QDir(dir.filePath("home")).exists(".local/share/Marvolet"));
 }
 
-QTEST_GUILESS_MAIN(tst_Startup)
+QTEST_MAIN(tst_Startup)
 #include "tst_startup.moc"
