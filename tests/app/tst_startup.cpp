@@ -134,7 +134,7 @@ void tst_Startup::settings_data()
             << QByteArray("{\"connection\": ") << 7 << "" << 7
             << QByteArray(R"({"connection":{"port":""}})");
     QTest::newRow("variant not a string")
-            << QByteArray(R"({"connection":{"variant":"ukps-ks"}})") << 0 << "" << 0
+            << QByteArray(R"({"connection":{"variant":3}})") << 0 << "" << 0
             << QByteArray(R"({"connection":{"port":"","variant":"ukps-ks"}})");
 }
 

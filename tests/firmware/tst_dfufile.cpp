@@ -65,14 +65,12 @@ QStringList entries(const QString &folder)
 
 Q_DECLARE_METATYPE(DfuFile)
 
-// The DfuSe firmware file: bytes and CRC, reading back, refusals, and writes that fail.
+// The DfuSe firmware file: bytes and CRC-32, reading back, refusals, and writes that fail.
 class tst_DfuFile : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void crc32_data();
-    void crc32();
     void bytes_data();
     void bytes();
     void refusesUnencodable_data();
@@ -83,23 +81,6 @@ private slots:
     void failedWrite();
     void selfTest();
 };
-
-void tst_DfuFile::crc32_data()
-{
-    QTest::addColumn<QByteArray>("data");
-    QTest::addColumn<quint32>("crc"); // the bitwise NOT of zlib's crc32 of the same bytes
-    QTest::newRow("check string") << QByteArray("123456789") << 0x340BC6D9u;
-    QTest::newRow("nothing") << QByteArray() << 0xFFFFFFFFu;
-    QTest::newRow("one zero byte") << QByteArray(1, '\0') << 0x2DFD1072u;
-    QTest::newRow("bytes 00..FF") << sequence(256) << 0xD6FA738Cu;
-}
-
-void tst_DfuFile::crc32()
-{
-    QFETCH(QByteArray, data);
-    QFETCH(quint32, crc);
-    QCOMPARE(DfuFile::crc32(data), crc);
-}
 
 // Whole files; each is read back to the same contents and accepted by dfu-suffix when installed.
 void tst_DfuFile::bytes_data()
