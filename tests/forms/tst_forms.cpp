@@ -1,0 +1,152 @@
+#include "protocol/uki.h"
+#include "settings/ukiconfigeditor.h"
+#include "settings/ukpsconfigeditor.h"
+#include "stats/statgraphwidget.h"
+#include "support.h"
+#include "ui/aboutdialog.h"
+#include "ui/configdialog.h"
+#include "ui/mainwindow.h"
+
+#include <QtTest>
+
+#include <functional>
+
+using Factory = std::function<QWidget *()>;
+Q_DECLARE_METATYPE(Factory)
+
+namespace {
+
+// Whether a field has a text beside it: a label that names it as buddy, a label in the same row
+// of its grid layout, or a label right before it in a box layout (the forms' tool bars).
+bool hasLabel(const QWidget *top, QWidget *field)
+{
+    for (const QLabel *label : top->findChildren<QLabel *>())
+        if (label->buddy() == field && !label->text().isEmpty())
+            return true;
+    const QWidget *parent = field->parentWidget();
+    for (QLayout *layout : parent->findChildren<QLayout *>()) {
+        auto grid = qobject_cast<QGridLayout *>(layout);
+        const int index = layout->indexOf(field);
+        if (index > 0 && qobject_cast<QBoxLayout *>(layout)) {
+            auto label = qobject_cast<QLabel *>(layout->itemAt(index - 1)->widget());
+            if (label && !label->text().isEmpty())
+                return true;
+        }
+        if (!grid || index < 0)
+            continue;
+        int row, column, rowSpan, columnSpan;
+        grid->getItemPosition(index, &row, &column, &rowSpan, &columnSpan);
+        for (int c = 0; c < grid->columnCount(); ++c) {
+            QLayoutItem *item = grid->itemAtPosition(row, c);
+            auto label = item ? qobject_cast<QLabel *>(item->widget()) : nullptr;
+            if (label && !label->text().isEmpty())
+                return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+class tst_Forms : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void forms_data();
+    void forms();
+
+private:
+    TestSupport::ScratchInstall m_install;
+    Uki m_uki;
+};
+
+void tst_Forms::initTestCase()
+{
+    QVERIFY(m_install.isValid());
+}
+
+void tst_Forms::forms_data()
+{
+    QTest::addColumn<Factory>("factory");
+    QTest::addColumn<QString>("names");
+    QTest::newRow("UkiConfigEditor")
+            << Factory([] { return new UkiConfigEditor; })
+            << "groupBox groupBox_2 groupBox_3 groupBox_4 groupBox_5 groupBox_6 groupBox_7 "
+               "groupBox_8 groupBox_9 label_4 label_9 label_19 label_24 label_28 label_29 label_30 "
+               "sbRisoM3s1 sbRisoM3s2 sbRisoLoc sbUrelay sbUminus sbCapSopt cbTimeMto cbTimeM3s "
+               "cbTcust cbGSearch cbModeDef cbAutoRan cbMulti cbRisoMethod cbTbridge cbDisMax "
+               "cbRequEn cbX9 sbFilter cbIoutEn sbRiso420 cbModeInput sbNumUki sbAddrUki sbMbAddr "
+               "cbMbBaud cbMbParity sliderBright sliderContrast cbLang";
+    QTest::newRow("UkpsConfigEditor")
+            << Factory([] { return new UkpsConfigEditor; })
+            << "tabWidget tabSettingsKI tabSettingsAB tabSignalization tabOptions sbRisoM3s1 "
+               "sbRisoM3s2 sbRisoLoc sbCstart cbTimeM3s cbTimeMto sbUrelay sbUminus sbU_max "
+               "sbU_min "
+               "sbI_discharge_min sbI_charge_min cbNumShunt sbNumElemAb sbDeltaSym sbOverTemp "
+               "sbFallTemp sbOver_dly sbFall_dly sbUnsch_dly sbBrwire_dly sbDisch_dly "
+               "sbRippleU_dly "
+               "sbRippleI_dly sbOverTail sbFallTail sbUripple sbIripple sbUbr cbFOver cbFFall "
+               "cbFUnsch cbFDisch cbFBrwire cbFRippleU cbFRippleI cbFSymmetry cbFFail cbFRiso1 "
+               "cbFRiso2 cbFRP cbFRN cbFUdis cbFUminus cbFOverTemp cbFFallTemp cbFOverTail "
+               "cbFFallTail cbModeDef cbTbridge cbRequEn cbDisMax cbSimmetr cbTail cbTemperature "
+               "sliderBright sliderContrast cbLang sbMbAddr cbMbBaud cbMbParity";
+    QTest::newRow("StatGraphWidget")
+            << Factory([this] { return new StatGraphWidget(&m_uki); })
+            << "tbSearchStatisticsViewAsGraph tbSearchStatisticsViewAsDump tbWriteAllChannels "
+               "tbLoadChannelsFromFile tbSaveChannelsToFile tableChannels pages pageGraph "
+               "cbSortData pageDump tableDump";
+    QTest::newRow("MainWindow")
+            << Factory([] { return new MainWindow; })
+            << "pageConfig tbConfigViewAsForm tbConfigViewAsDump tbReadConfig tbWriteConfig "
+               "tbLoadConfigFromFile tbSaveConfigToFile label_IMS_Ver pagesUkiConfig "
+               "pageConfigForm pageConfigText plainTextUkiConfig pageArchive cbArchiveFilter "
+               "tbArchivesViewAsTable tbArchivesViewAsDump tbReadArchive tbLoadArchiveFromFile "
+               "tbSaveArchiveToFile pageArchivesTable tableArchive pageArchivesDump "
+               "plainTextArchive pageCorrections tbCorrectionsViewAsTable tbCorrectionsViewAsDump "
+               "tbWriteCorrections tbLoadCorrectionsFromFile tbSaveCorrectionsToFile "
+               "pageCorrectionsTable tableCorrections pageCorrectionsDump plainTextCorrections "
+               "pageSearchStatistics searchStatGraphPlace tableLocators tbEdit_Connect tbAbout "
+               "tbConnect tbSaveData tbOptions UkiConfigEditor UkpsConfigEditor";
+    QTest::newRow("ConfigDialog") << Factory([] { return new ConfigDialog; })
+                                  << "tabs tabsPage1 cbComPort rbUkpsKs rbUkpsKs2 rbUkpsAb "
+                                     "rbUkiKiranto buttonBox";
+    QTest::newRow("AboutDialog") << Factory([] { return new AboutDialog; })
+                                 << "logoLabel textBrowser buttons";
+}
+
+// Every field has its label, every spin box a real range, every list items; and every object
+// the workflows reach by name is there.
+void tst_Forms::forms()
+{
+    QFETCH(Factory, factory);
+    QFETCH(QString, names);
+    std::unique_ptr<QWidget> form(factory());
+    QStringList problems;
+    for (const QString &name : names.split(' '))
+        if (!form->findChild<QObject *>(name))
+            problems << "missing " + name;
+    for (QWidget *field : form->findChildren<QWidget *>()) {
+        const QString name = field->objectName();
+        auto spin = qobject_cast<QSpinBox *>(field);
+        auto real = qobject_cast<QDoubleSpinBox *>(field);
+        auto combo = qobject_cast<QComboBox *>(field);
+        auto slider = qobject_cast<QSlider *>(field);
+        if (name.startsWith("qt_") || !(spin || real || combo || slider))
+            continue;
+        if ((spin && spin->minimum() >= spin->maximum())
+            || (real && real->minimum() >= real->maximum())
+            || (slider && slider->minimum() >= slider->maximum()))
+            problems << "no range " + name;
+        // The archive filter's items depend on the device variant and come with the archive.
+        if (combo && combo->count() == 0 && name != "cbArchiveFilter")
+            problems << "no items " + name;
+        if (!hasLabel(form.get(), field))
+            problems << "no label " + name;
+    }
+    QCOMPARE(problems.join('\n'), QString());
+}
+
+QTEST_MAIN(tst_Forms)
+#include "tst_forms.moc"
