@@ -1,0 +1,346 @@
+#include "app/programsettings.h"
+#include "models/customchannels.h"
+#include "models/locators.h"
+#include "protocol/searchstatistics.h"
+#include "protocol/uki.h"
+#include "stats/statgraph.h"
+#include "stats/statgraphwidget.h"
+#include "stats/statscale.h"
+#include "support.h"
+
+#include <QAbstractItemModelTester>
+#include <QtTest>
+
+namespace {
+
+constexpr int kRunMs = 60000;
+
+std::shared_ptr<Locators> twoDevices()
+{
+    return std::make_shared<Locators>(QStringList{
+            "Addr\tver\tEnabled\tTested",
+            "UKI\t9.6.43\t1111111111111111\t1111111111111111\t1111111111111111\t0000000000000000",
+            "5\t5.2.0\t1111111111111111\t1111111111111111\t1111111111111111\t0000000000000000"});
+}
+
+std::shared_ptr<CustomChannels> someChannels()
+{
+    return std::make_shared<CustomChannels>(QStringList{"address\tchannel\tr_loc\tlower\tupper",
+                                                        "0\t1\tOFF",
+                                                        "0\t2\t200\t10\t45",
+                                                        "5\t16\t150\t12\t47"});
+}
+
+// The page with its engine, and what a row shows.
+struct Page
+{
+    Page()
+        : page(&uki)
+    {
+        table = page.findChild<QTableWidget *>("tableChannels");
+        dump = page.findChild<QTableWidget *>("tableDump");
+    }
+    // Label, RLoc, lower, upper; "*" after a cell that can be edited; then "save" when the row's
+    // save button is enabled.
+    QString row(int row) const
+    {
+        QStringList cells;
+        for (int column = 1; column <= 4; ++column) {
+            const QTableWidgetItem *item = table->item(row, column);
+            cells << item->text() + (item->flags() & Qt::ItemIsEditable ? "*" : "");
+        }
+        if (button(row, "saveButton")->isEnabled())
+            cells << "save";
+        return cells.join('|');
+    }
+    QCheckBox *checkBox(int row) const
+    {
+        return table->cellWidget(row, 0)->findChild<QCheckBox *>();
+    }
+    QString style(int row) const { return table->cellWidget(row, 0)->styleSheet(); }
+    QToolButton *button(int row, const char *name) const
+    {
+        return table->cellWidget(row, 5)->findChild<QToolButton *>(name);
+    }
+    Uki uki;
+    StatGraphWidget page;
+    QTableWidget *table = nullptr;
+    QTableWidget *dump = nullptr;
+};
+
+// Runs a device request until the engine reports success: a loaded machine can stall the
+// simulator past the 30 ms silence and cut a reply short.
+bool retry(QSignalSpy &outcome, const std::function<void()> &request)
+{
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        const int before = outcome.count();
+        request();
+        if (outcome.count() == before && !outcome.wait(kRunMs))
+            return false;
+        if (outcome.last().at(0).toBool())
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+class tst_Stats : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init() { StatPalette::reset(); }
+    void scale_data();
+    void scale();
+    void axes();
+    void palette();
+    void table_data();
+    void table();
+    void failedWrite();
+    void device();
+
+private:
+    TestSupport::ScratchInstall m_install{"/nonexistent/ttyKIRANTO", 3};
+};
+
+void tst_Stats::initTestCase()
+{
+    QVERIFY(m_install.isValid());
+    qRegisterMetaType<uint32_t>("uint32_t");
+}
+
+void tst_Stats::scale_data()
+{
+    QTest::addColumn<double>("minimum");
+    QTest::addColumn<double>("maximum");
+    QTest::addColumn<int>("plotHeight");
+    QTest::addColumn<QString>("ticks");
+    QTest::newRow("no channel shown") << 999.0 << 0.0 << 400 << "10 20 30 40 50 /50";
+    QTest::newRow("all below 40") << 12.0 << 39.9 << 400 << "0 10 20 30 40 50 /50";
+    QTest::newRow("exactly 40") << 20.0 << 40.0 << 400 << "10 20 30 40 50 /50";
+    QTest::newRow("narrow band spans 40") << 218.0 << 222.0 << 400 << "190 200 210 220 230 /230";
+    QTest::newRow("minimum below 10 cut toward zero")
+            << 5.0 << 39.0 << 400 << "0 10 20 30 40 50 /50";
+    QTest::newRow("999.9 gives 1010, step grows")
+            << 177.0 << 999.9 << 400
+            << "160 200 240 280 320 360 400 440 480 520 560 600 640 680 720 760 800 840 880 920 "
+               "960 1000 /1010";
+    QTest::newRow("small plot") << 999.0 << 0.0 << 60 << "10 30 50 /50";
+}
+
+// The R axis: range of the shown values and tick step, 16 px lines.
+void tst_Stats::scale()
+{
+    QFETCH(double, minimum);
+    QFETCH(double, maximum);
+    QFETCH(int, plotHeight);
+    QFETCH(QString, ticks);
+    const StatScale scale(minimum, maximum, plotHeight, 16);
+    QStringList shown;
+    for (int tick : scale.ticks())
+        shown << QString::number(tick);
+    QCOMPARE(shown.join(' ') + " /" + QString::number(scale.upper()), ticks);
+}
+
+// Plot geometry, the T axis and the mapping of values and positions into the plot.
+void tst_Stats::axes()
+{
+    const StatGeometry geometry = StatGeometry::forSize(QSize(800, 500), 42, 17);
+    QCOMPARE(geometry.frame, QRect(QPoint(0, 0), QPoint(798, 498)));
+    QCOMPARE(geometry.plot, QRect(QPoint(42, 10), QPoint(797, 477)));
+    QStringList labels;
+    for (int position : StatScale::timeTicks())
+        labels << QString("%1:%2").arg(position).arg(StatScale::timeLabel(position));
+    QCOMPARE(labels.join(' '), QString("0:0 10:4 20:8 30:12 40:16 50:20 60:24 70:28"));
+    const StatScale scale(999.0, 0.0, 400, 16);
+    const QRectF plot(50, 10, 790, 400);
+    QCOMPARE(scale.y(10, plot), plot.bottom());
+    QCOMPARE(scale.y(50, plot), plot.top());
+    QCOMPARE(scale.y(30, plot), plot.top() + 200);
+    QCOMPARE(StatScale::x(0, plot), plot.left());
+    QCOMPARE(StatScale::x(79, plot), plot.right());
+}
+
+// Colours go round the 87 of the palette, and an entry keeps the one it got.
+void tst_Stats::palette()
+{
+    StatGraph graph;
+    QCOMPARE(graph.assignColor(5, 1), QString("#f5361a"));
+    QCOMPARE(graph.assignColor(0, 0), QString("#3f78f6"));
+    QCOMPARE(graph.assignColor(5, 1), QString("#f5361a"));
+    for (int i = 2; i < 86; ++i)
+        StatPalette::next();
+    QCOMPARE(graph.assignColor(1, 1), QString("#ea83e3"));
+    QCOMPARE(graph.assignColor(1, 2), QString("#f5361a"));
+    QCOMPARE(StatPalette::color(43), QString("#b3213c"));
+    StatChannel &entry = graph.entry(9, 9);
+    entry.setLower(16);
+    entry.setRLoc(1500);
+    QCOMPARE(QString("%1 %2 %3").arg(entry.lower()).arg(entry.rLoc()).arg(entry.changed()),
+             QString("15 999 1"));
+}
+
+void tst_Stats::table_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("monitor channel OFF") << 0 << -1 << ""
+                                         << "УКИ : 1|OFF*||";
+    QTest::newRow("monitor channel set") << 1 << -1 << ""
+                                         << "УКИ : 2|200*|10*|45*";
+    QTest::newRow("missing channel is OFF") << 15 << -1 << ""
+                                            << "УКИ : 16|OFF*||";
+    QTest::newRow("bounds in steps of 5") << 31 << -1 << ""
+                                          << "Лок 5 : 16|150*|10*|45*";
+    QTest::newRow("lower 12 is 10, unchanged") << 1 << 3 << "12"
+                                               << "УКИ : 2|200*|10*|45*";
+    QTest::newRow("lower 17 is 15") << 1 << 3 << "17"
+                                    << "УКИ : 2|200*|15*|45*|save";
+    QTest::newRow("upper 80 capped at 75") << 1 << 4 << "80"
+                                           << "УКИ : 2|200*|10*|75*|save";
+    QTest::newRow("upper not a number") << 1 << 4 << "abc"
+                                        << "УКИ : 2|200*|10*|45*";
+    QTest::newRow("rloc 1500 is 999") << 1 << 2 << "1500"
+                                      << "УКИ : 2|999*|10*|45*|save";
+    QTest::newRow("rloc 0 turns OFF") << 1 << 2 << "0"
+                                      << "УКИ : 2|OFF*|||save";
+    QTest::newRow("rloc not a number") << 1 << 2 << "x1"
+                                       << "УКИ : 2|200*|10*|45*";
+    QTest::newRow("rloc on an OFF channel") << 0 << 2 << "300"
+                                            << "УКИ : 1|300*|0*|0*|save";
+    QTest::newRow("label column stores nothing") << 1 << 1 << "УКИ : 9"
+                                                 << "УКИ : 9|200*|10*|45*";
+}
+
+// The channel table after the device's tables, and after the user edits a cell.
+void tst_Stats::table()
+{
+    QFETCH(int, row);
+    QFETCH(int, column);
+    QFETCH(QString, text);
+    QFETCH(QString, shown);
+    Page page;
+    QAbstractItemModelTester tester(page.table->model(),
+                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
+    page.page.showChannels(twoDevices(), someChannels());
+    QCOMPARE(page.table->rowCount(), 32);
+    if (column >= 0)
+        page.table->item(row, column)->setText(text);
+    QCOMPARE(page.row(row), shown);
+    QVERIFY(page.button(row, "refreshButton")->isEnabled());
+    for (int other = 0; other < 32; ++other)
+        QVERIFY(other == row || !page.button(other, "saveButton")->isEnabled());
+}
+
+// Without a device: the tick asks for statistics, the write fails and the channel stays unsaved,
+// and an untick keeps the colour for the next tick.
+void tst_Stats::failedWrite()
+{
+    Page page;
+    page.page.showChannels(twoDevices(), someChannels());
+    QSignalSpy done(&page.uki, &Uki::programDone);
+    QSignalSpy requested(&page.page, &StatGraphWidget::requestStatistics);
+    page.checkBox(17)->setChecked(true);
+    QCOMPARE(page.style(17), QString("background-color: #f5361a"));
+    QCOMPARE(requested.count(), 1);
+    QCOMPARE(requested.at(0), (QList<QVariant>{5u, 1u}));
+    QVERIFY(done.wait(kRunMs));
+    page.checkBox(17)->setChecked(false);
+    QCOMPARE(page.style(17), QString());
+    page.checkBox(3)->setChecked(true);
+    QCOMPARE(page.style(3), QString("background-color: #3f78f6"));
+    QVERIFY(done.wait(kRunMs));
+    page.checkBox(17)->setChecked(true);
+    QCOMPARE(page.style(17), QString("background-color: #f5361a"));
+    QVERIFY(done.wait(kRunMs));
+
+    page.table->item(1, 4)->setText("50");
+    QSignalSpy written(&page.uki, &Uki::configWriteDone);
+    QSignalSpy bounds(&page.page, &StatGraphWidget::setChannelBounds);
+    QTest::ignoreMessage(QtInfoMsg, "Запись канала: Адрес: 0; Канал: 2;");
+    page.button(1, "saveButton")->click();
+    QCOMPARE(page.row(1), QString("УКИ : 2|200*|10*|50*"));
+    QCOMPARE(bounds.at(0), (QList<QVariant>{0u, 1u, 10u, 50u}));
+    QTest::ignoreMessage(QtInfoMsg, "Канал не записан: Адрес: 0; Канал: 2;");
+    QVERIFY(written.wait(kRunMs));
+    QCOMPARE(written.at(0).at(0).toBool(), false);
+    QCOMPARE(page.row(1), QString("УКИ : 2|200*|10*|50*|save"));
+}
+
+// End to end with the simulated monitor: its channels, a statistics read and channel writes as
+// the device receives them.
+void tst_Stats::device()
+{
+    TestSupport::Simulator simulator(m_install.path());
+    QVERIFY(simulator.start());
+    ProgramSettings::instance().port = simulator.link();
+    Page page;
+    QSignalSpy read(&page.uki, &Uki::configReadDone);
+    QVERIFY(retry(read,
+                  [&] { page.uki.readData(Uki::ReadIdentification | Uki::ReadCustomChannels); }));
+    page.page.updateChannels();
+    page.page.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&page.page));
+    QCOMPARE(page.table->rowCount(), 64);
+    QCOMPARE(page.row(0), QString("УКИ : 1|101*|0*|45*"));
+    QCOMPARE(page.row(63), QString("Лок 5 : 16|166*|25*|70*"));
+    QAbstractItemModelTester tester(page.dump->model(),
+                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
+
+    // A tick reads the channel at level 1 when the store has nothing for it.
+    QSignalSpy stats(&page.uki, &Uki::statsReadDone);
+    int mark = simulator.receivedCommands().size();
+    QVERIFY(retry(stats, [&] {
+        mark = simulator.receivedCommands().size();
+        if (page.checkBox(0)->isChecked())
+            page.button(0, "refreshButton")->click();
+        else
+            page.checkBox(0)->setChecked(true);
+    }));
+    QCOMPARE(stats.last(), (QList<QVariant>{true, 0u, 0u, 1u}));
+    QStringList wanted;
+    for (int i = 0; i < 16; ++i)
+        wanted << QString("srch_stats_1_0_0_%1").arg(i);
+    QCOMPARE(simulator.receivedCommands().mid(mark), wanted);
+    const std::shared_ptr<SearchStatistics> record = page.uki.statistics(0, 0, 1);
+    QVERIFY(record && record->points.size() == 16);
+    QTRY_COMPARE(page.page.graph()->scale().upper(), 1010);
+    QCOMPARE(page.dump->rowCount(), 16);
+    for (int row = 0; row < 16; ++row)
+        for (int column = 0; column < 3; ++column) {
+            const StatPoint &p = record->points.at(row);
+            const double value = column == 0 ? p.value1 : column == 1 ? p.value2 : p.value3;
+            QCOMPARE(page.dump->item(row, column)->text(), QString("%1").arg(value, 12, 'f', 5));
+        }
+    QCOMPARE(page.dump->item(3, 2)->text(), QString("   999.90000"));
+
+    // One channel written by its own button, then the rest by "write all".
+    QSignalSpy written(&page.uki, &Uki::configWriteDone);
+    page.table->item(1, 2)->setText("300");
+    page.table->item(1, 3)->setText("10");
+    page.table->item(1, 4)->setText("42");
+    QVERIFY(retry(written, [&] {
+        mark = simulator.receivedCommands().size();
+        page.button(1, "saveButton")->click();
+    }));
+    QCOMPARE(simulator.receivedCommands().mid(mark), QStringList{"set_cust_0_2_10_40_300"});
+    QCOMPARE(page.row(1), QString("УКИ : 2|300*|10*|40*"));
+    page.table->item(0, 4)->setText("50");
+    page.table->item(63, 2)->setText("0");
+    QTest::ignoreMessage(QtInfoMsg, "Запись канала: Адрес: 0; Канал: 1;");
+    QTest::ignoreMessage(QtInfoMsg, "Запись канала: Адрес: 5; Канал: 16;");
+    mark = simulator.receivedCommands().size();
+    const int before = written.count();
+    page.page.findChild<QToolButton *>("tbWriteAllChannels")->click();
+    QTRY_COMPARE_WITH_TIMEOUT(written.count(), before + 2, kRunMs);
+    QCOMPARE(simulator.receivedCommands().mid(mark),
+             (QStringList{"set_cust_0_1_0_50_101", "set_cust_5_16_25_70_0"}));
+    QCOMPARE(written.last().at(0).toBool(), true);
+}
+
+QTEST_MAIN(tst_Stats)
+#include "tst_stats.moc"
