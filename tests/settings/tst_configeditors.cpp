@@ -25,60 +25,42 @@ QString shown(const QWidget *widget)
     return QString::number(qobject_cast<const QSlider *>(widget)->value());
 }
 
-// Changes made in the form, as the write program gives them: the commands that differ from
-// those of the record last given to the editor.
-template<class Record>
-QStringList changedCommands(const Record &loaded, const Record &back)
-{
-    QStringList commands;
-    const QStringList before = loaded.writeCommands();
-    for (const QString &command : back.writeCommands())
-        if (!before.contains(command))
-            commands << command;
-    return commands;
-}
-
-// One editor with its record type, driven from a row.
-struct Run
-{
-    QString shown;
-    QStringList changed; // write commands that differ from the loaded record's
-    bool modified = false;
-};
-
+// Loads "Key=value ..." over the monitor's base record, lets the user put a value into one field,
+// and gives what the field shows, the commands that differ from the loaded record's, and
+// whether the editor counts itself modified.
 template<class Editor, class Record>
-Run run(const QMap<QString, qint32> &stored,
-        const QString &widget,
-        const std::function<void(QWidget *)> &edit)
+QString run(const QString &stored, const QString &widget, const QString &input)
 {
     Editor editor;
     Record record;
-    for (auto it = stored.begin(); it != stored.end(); ++it)
-        record.setValue(fieldOf<Record>(it.key()), it.value());
+    for (const QString &pair : stored.split(' ', Qt::SkipEmptyParts))
+        record.setValue(fieldOf<Record>(pair.section('=', 0, 0)),
+                        pair.section('=', 1).toInt(nullptr, 0));
     editor.setSettings(record);
     QWidget *field = editor.template findChild<QWidget *>(widget);
-    Run result;
     if (!field)
-        return {"no widget " + widget, {}, false};
-    if (edit)
-        edit(field);
-    result.shown = shown(field);
+        return "no widget " + widget;
+    if (!input.isEmpty()) {
+        if (auto real = qobject_cast<QDoubleSpinBox *>(field))
+            real->setValue(input.toDouble());
+        else if (auto spin = qobject_cast<QSpinBox *>(field))
+            spin->setValue(input.toInt());
+        else if (auto combo = qobject_cast<QComboBox *>(field))
+            combo->setCurrentIndex(input.toInt());
+        else
+            qobject_cast<QSlider *>(field)->setValue(input.toInt());
+    }
     Record back = record;
     editor.settings(back);
-    result.changed = changedCommands(record, back);
-    result.modified = editor.isModified();
-    return result;
+    const QStringList before = record.writeCommands();
+    QStringList changed;
+    for (const QString &command : back.writeCommands())
+        if (!before.contains(command))
+            changed << command;
+    return shown(field) + '|' + changed.join(' ') + (editor.isModified() ? "|modified" : "");
 }
 
-// Flags that survive the form unchanged on each monitor, so one row changes one command.
-const QMap<QString, qint32> ukiBase{{"Flags", 0}};
-const QMap<QString, qint32> ukpsBase{{"Flags", 0x80}, {"UnschDly", 5}, {"OverTemp", 70}};
-
 } // namespace
-
-using Stored = QMap<QString, qint32>;
-using Edit = std::function<void(QWidget *)>;
-Q_DECLARE_METATYPE(Edit)
 
 class tst_ConfigEditors : public QObject
 {
@@ -100,147 +82,60 @@ private slots:
 
 void tst_ConfigEditors::conversion_data()
 {
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<Stored>("stored");
-    QTest::addColumn<QString>("widget");
-    QTest::addColumn<Edit>("edit");
-    QTest::addColumn<QString>("shownText");
-    QTest::addColumn<QStringList>("changed");
-    const auto value = [](double v) {
-        return Edit([v](QWidget *w) {
-            if (auto d = qobject_cast<QDoubleSpinBox *>(w))
-                d->setValue(v);
-            else if (auto s = qobject_cast<QSpinBox *>(w))
-                s->setValue(int(v));
-            else if (auto c = qobject_cast<QComboBox *>(w))
-                c->setCurrentIndex(int(v));
-            else
-                qobject_cast<QSlider *>(w)->setValue(int(v));
-        });
+    QTest::addColumn<QString>("row");
+    // monitor | stored | field | user input | shown | changed commands [| modified]
+    const QStringList rows = {
+            "uki|TimeMto=30|cbTimeMto||00:20|set_cfg_TimeMto_20|modified",
+            "uki|TimeMto=100|cbTimeMto||01:00|",
+            "uki||cbTimeMto|3|00:40|set_cfg_TimeMto_60|modified",
+            "uki|Tcust=15|cbTcust||00:10|set_cfg_Tcust_10|modified",
+            "uki||cbTcust|12|02:00|set_cfg_Tcust_120|modified",
+            "uki|Averaging=7|sbFilter||35%|",
+            "uki||sbFilter|45|45%|set_cfg_Averaging_9|modified",
+            "uki|RisoLoc=990|sbRisoLoc||990 кОм|",
+            "uki|NumUki=0|sbNumUki||1|set_cfg_NumUki_1|modified",
+            "uki|MbAddr=247|sbMbAddr||99|set_cfg_MbAddr_99|modified",
+            "uki|Bright=0|sliderBright||1|set_cfg_Bright_1|modified",
+            "uki||sliderContrast|77|77|set_cfg_Contrast_77|modified",
+            "uki|Uminus=120|sbUminus||120 в|",
+            "uki||cbModeDef|5|ЛОК.|set_cfg_ModeDef_5|modified",
+            "uki|Flags=130|cbGSearch||ВКЛ|set_cfg_Flags_2|modified",
+            "uki|Flags=0x3FFF|cbX9||4-20 мА|set_cfg_Flags_15934|modified",
+            "uki||cbRequEn|1|ВКЛ|set_cfg_Flags_32|modified",
+            "uki||cbMulti|1|ВКЛ|set_cfg_Flags_2048|modified",
+            "uki|NumUki=2 ModeInput=3|cbModeInput||Мульти-УКИ ОТКЛ|",
+            "ukps|Uripple=25|sbUripple||2.5 %|",
+            "ukps||sbIripple|12.3|12.3 %|set_cfg_Iripple_123|modified",
+            "ukps||sbDeltaSym|0.7|0.7 В|set_cfg_DeltaSym_7|modified",
+            "ukps|NumShunt=14|cbNumShunt||75мв, 2000А|",
+            "ukps||cbNumShunt|1|75мв, 30А|set_cfg_NumShunt_2|modified",
+            "ukps|TimeMto=34|cbTimeMto||00:34|",
+            "ukps|TimeMto=44|cbTimeMto||00:14|set_cfg_TimeMto_14|modified",
+            "ukps|Flags=130|cbTail||ВКЛ|set_cfg_Flags_128|modified",
+            "ukps|Flags=0x7FF|cbDisMax||Пмакс|set_cfg_Flags_1528|modified",
+            "ukps||cbSimmetr|1|ВКЛ|set_cfg_Flags_192|modified",
+            "ukps||sbFallTemp|-20|-20 °C|set_cfg_FallTemp_-20|modified",
+            "ukps||cbFRN|3|Реле 3|set_cfg_FRisoN_3|modified",
+            "ukps||sbUnsch_dly|60|60 сек|set_cfg_UnschDly_60|modified",
+            "ukps|AddrUki=7|sbRisoM3s1|99|99 кОм|set_cfg_RisoM3s1_99|modified",
     };
-    const auto uki = [&](const char *name,
-                         Stored stored,
-                         const char *widget,
-                         const Edit &edit,
-                         const QString &text,
-                         const QStringList &changed) {
-        for (auto it = ukiBase.begin(); it != ukiBase.end(); ++it)
-            if (!stored.contains(it.key()))
-                stored.insert(it.key(), it.value());
-        QTest::newRow(name) << "uki" << stored << widget << edit << text << changed;
-    };
-    const auto ukps = [&](const char *name,
-                          Stored stored,
-                          const char *widget,
-                          const Edit &edit,
-                          const QString &text,
-                          const QStringList &changed) {
-        for (auto it = ukpsBase.begin(); it != ukpsBase.end(); ++it)
-            if (!stored.contains(it.key()))
-                stored.insert(it.key(), it.value());
-        QTest::newRow(name) << "ukps" << stored << widget << edit << text << changed;
-    };
-    uki("uki TimeMto 30 shows 00:20, back 20",
-        {{"TimeMto", 30}},
-        "cbTimeMto",
-        {},
-        "00:20",
-        {"set_cfg_TimeMto_20"});
-    uki("uki TimeMto 100 is 01:00", {{"TimeMto", 100}}, "cbTimeMto", {}, "01:00", {});
-    uki("uki user picks 00:40", {}, "cbTimeMto", value(3), "00:40", {"set_cfg_TimeMto_60"});
-    uki("uki Tcust 15 shows 00:10", {{"Tcust", 15}}, "cbTcust", {}, "00:10", {"set_cfg_Tcust_10"});
-    uki("uki user picks Tcust 02:00", {}, "cbTcust", value(12), "02:00", {"set_cfg_Tcust_120"});
-    uki("uki Averaging 7 is 35 %", {{"Averaging", 7}}, "sbFilter", {}, "35%", {});
-    uki("uki user sets 45 %", {}, "sbFilter", value(45), "45%", {"set_cfg_Averaging_9"});
-    uki("uki RisoLoc 990", {{"RisoLoc", 990}}, "sbRisoLoc", {}, "990 кОм", {});
-    uki("uki NumUki 0 raised to 1", {{"NumUki", 0}}, "sbNumUki", {}, "1", {"set_cfg_NumUki_1"});
-    uki("uki MbAddr 247 cut to 99", {{"MbAddr", 247}}, "sbMbAddr", {}, "99", {"set_cfg_MbAddr_99"});
-    uki("uki Bright 0 raised to 1", {{"Bright", 0}}, "sliderBright", {}, "1", {"set_cfg_Bright_1"});
-    uki("uki user sets Contrast 77",
-        {},
-        "sliderContrast",
-        value(77),
-        "77",
-        {"set_cfg_Contrast_77"});
-    uki("uki Uminus kept", {{"Uminus", 120}}, "sbUminus", {}, "120 в", {});
-    uki("uki Flags 130 loses bit 7", {{"Flags", 130}}, "cbGSearch", {}, "ВКЛ", {"set_cfg_Flags_2"});
-    uki("uki Flags combos and carried bits",
-        {{"Flags", 0x3FFF}},
-        "cbX9",
-        {},
-        "4-20 мА",
-        {"set_cfg_Flags_15934"});
-    uki("uki user turns Rобщ on", {}, "cbRequEn", value(1), "ВКЛ", {"set_cfg_Flags_32"});
-    uki("uki user turns Мульти-УКИ on", {}, "cbMulti", value(1), "ВКЛ", {"set_cfg_Flags_2048"});
-    uki("uki NumUki 2 offers Мульти-УКИ ОТКЛ",
-        {{"NumUki", 2}, {"ModeInput", 3}},
-        "cbModeInput",
-        {},
-        "Мульти-УКИ ОТКЛ",
-        {});
-    uki("uki user picks ModeDef 5", {}, "cbModeDef", value(5), "", {"set_cfg_ModeDef_5"});
-    ukps("ukps Uripple 25 is 2.5", {{"Uripple", 25}}, "sbUripple", {}, "2.5 %", {});
-    ukps("ukps user sets Iripple 12.3",
-         {},
-         "sbIripple",
-         value(12.3),
-         "12.3 %",
-         {"set_cfg_Iripple_123"});
-    ukps("ukps user sets DeltaSym 0.7",
-         {},
-         "sbDeltaSym",
-         value(0.7),
-         "0.7 В",
-         {"set_cfg_DeltaSym_7"});
-    ukps("ukps NumShunt 14", {{"NumShunt", 14}}, "cbNumShunt", {}, "75мв, 2000А", {});
-    ukps("ukps user picks shunt 2", {}, "cbNumShunt", value(1), "", {"set_cfg_NumShunt_2"});
-    ukps("ukps TimeMto 34 is index 2", {{"TimeMto", 34}}, "cbTimeMto", {}, "", {});
-    ukps("ukps TimeMto 44 reads back 14",
-         {{"TimeMto", 44}},
-         "cbTimeMto",
-         {},
-         "",
-         {"set_cfg_TimeMto_14"});
-    ukps("ukps Flags 130 loses bit 1",
-         {{"Flags", 130}},
-         "cbTail",
-         {},
-         "ВКЛ",
-         {"set_cfg_Flags_128"});
-    ukps("ukps Flags combos and carried bits",
-         {{"Flags", 0x7FF}},
-         "cbDisMax",
-         {},
-         "Пмакс",
-         {"set_cfg_Flags_1528"});
-    ukps("ukps user turns Симметр on", {}, "cbSimmetr", value(1), "ВКЛ", {"set_cfg_Flags_192"});
-    ukps("ukps user sets FallTemp -20", {}, "sbFallTemp", value(-20), "", {"set_cfg_FallTemp_-20"});
-    ukps("ukps user sets relay FRisoN", {}, "cbFRN", value(3), "", {"set_cfg_FRisoN_3"});
-    ukps("ukps user sets UnschDly 60", {}, "sbUnsch_dly", value(60), "", {"set_cfg_UnschDly_60"});
-    ukps("ukps AddrUki kept from the record",
-         {{"AddrUki", 7}},
-         "sbRisoM3s1",
-         value(99),
-         "",
-         {"set_cfg_RisoM3s1_99"});
+    for (const QString &row : rows)
+        QTest::newRow(qPrintable(row.section('|', 0, 4))) << row;
 }
 
 // The value shown after loading a record (and after a user's change), and the commands that
 // writing the form back would send.
 void tst_ConfigEditors::conversion()
 {
-    QFETCH(QString, type);
-    QFETCH(Stored, stored);
-    QFETCH(QString, widget);
-    QFETCH(Edit, edit);
-    QFETCH(QString, shownText);
-    QFETCH(QStringList, changed);
-    const Run r = type == "uki" ? run<UkiConfigEditor, UkiSettings>(stored, widget, edit)
-                                : run<UkpsConfigEditor, UkpsSettings>(stored, widget, edit);
-    if (!shownText.isEmpty())
-        QCOMPARE(r.shown, shownText);
-    QCOMPARE(r.changed.join(" "), changed.join(" "));
-    QCOMPARE(r.modified, !changed.isEmpty());
+    QFETCH(QString, row);
+    const QStringList p = row.split('|');
+    // Base records whose Flags and out-of-form defaults survive the form, so a row changes one command.
+    const QString result = p[0] == "uki"
+                                   ? run<UkiConfigEditor, UkiSettings>(
+                                           "Flags=0 " + p[1], p[2], p[3])
+                                   : run<UkpsConfigEditor, UkpsSettings>(
+                                           "Flags=0x80 UnschDly=5 OverTemp=70 " + p[1], p[2], p[3]);
+    QCOMPARE(result, QStringList(p.mid(4)).join('|'));
 }
 
 void tst_ConfigEditors::tenths_data()
