@@ -60,6 +60,12 @@ QString run(const QString &stored, const QString &widget, const QString &input)
     return shown(field) + '|' + changed.join(' ') + (editor.isModified() ? "|modified" : "");
 }
 
+// The widgets that depend on the UKPS variant.
+const char *const all = "cbModeDef cbTbridge cbRequEn cbDisMax cbFOverTail cbFFallTail sbRisoLoc "
+                        "sbUminus sbCstart cbFUminus cbFRP cbFRN";
+const QString ks2 = "cbModeDef cbTbridge cbRequEn cbDisMax sbRisoLoc sbUminus sbCstart cbFUminus "
+                    "cbFRP cbFRN";
+
 } // namespace
 
 class tst_ConfigEditors : public QObject
@@ -206,42 +212,38 @@ void tst_ConfigEditors::keptFields()
 
 void tst_ConfigEditors::ukiInputArrangement_data()
 {
-    QTest::addColumn<int>("x9");
-    QTest::addColumn<int>("numUki");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("visible");
-    QTest::addColumn<int>("modeInputItems");
-    QTest::newRow("discrete, one monitor") << 0 << 1 << "Дискретный вход"
-                                           << "label_28 cbModeInput" << 3;
-    QTest::newRow("discrete, two monitors") << 0 << 2 << "Дискретный вход"
-                                            << "label_28 cbModeInput" << 4;
-    QTest::newRow("4-20 mA") << 1 << 2 << "4-20"
-                             << "label_9 cbIoutEn label_4 sbRiso420" << 4;
+    QTest::addColumn<QString>("row");
+    // X9 index, monitors | group title | widgets shown | input items
+    const QStringList rows = {"0 1|Дискретный вход|label_28 cbModeInput|3",
+                              "0 2|Дискретный вход|label_28 cbModeInput|4",
+                              "1 2|4-20|label_9 cbIoutEn label_4 sbRiso420|4"};
+    for (const QString &row : rows)
+        QTest::newRow(qPrintable(row.section('|', 0, 0))) << row;
 }
 
 // The X9 input decides which half of its group is shown; the number of monitors the fourth item.
 void tst_ConfigEditors::ukiInputArrangement()
 {
-    QFETCH(int, x9);
-    QFETCH(int, numUki);
-    QFETCH(QString, title);
-    QFETCH(QString, visible);
-    QFETCH(int, modeInputItems);
+    QFETCH(QString, row);
     UkiConfigEditor editor;
     editor.show();
     UkiSettings record;
-    record.setValue(UkiSettings::Flags, x9 ? 0x2000 : 0);
+    record.setValue(UkiSettings::Flags, row.startsWith('1') ? 0x2000 : 0);
     record.setValue(UkiSettings::NumUki, 3);
     editor.setSettings(record);
-    editor.findChild<QSpinBox *>("sbNumUki")->setValue(numUki);
-    QCOMPARE(editor.findChild<QGroupBox *>("groupBox_4")->title(), title);
-    QStringList shownNames;
-    for (const char *name :
-         {"label_9", "cbIoutEn", "label_4", "sbRiso420", "label_28", "cbModeInput"})
+    editor.findChild<QSpinBox *>("sbNumUki")
+            ->setValue(row.section('|', 0, 0).section(' ', 1).toInt());
+    QStringList names;
+    for (const QString &name :
+         QString("label_9 cbIoutEn label_4 sbRiso420 label_28 cbModeInput").split(' '))
         if (editor.findChild<QWidget *>(name)->isVisible())
-            shownNames << name;
-    QCOMPARE(shownNames.join(' '), visible);
-    QCOMPARE(editor.findChild<QComboBox *>("cbModeInput")->count(), modeInputItems);
+            names << name;
+    QCOMPARE(QStringList({row.section('|', 0, 0),
+                          editor.findChild<QGroupBox *>("groupBox_4")->title(),
+                          names.join(' '),
+                          QString::number(editor.findChild<QComboBox *>("cbModeInput")->count())})
+                     .join('|'),
+             row);
 }
 
 void tst_ConfigEditors::firmwareVersion_data()
@@ -249,36 +251,19 @@ void tst_ConfigEditors::firmwareVersion_data()
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("version");
     QTest::addColumn<QString>("result");
-    QTest::newRow("ukps 1.1.39") << "ukps"
-                                 << "1.1.39"
-                                 << "enabled";
-    QTest::newRow("ukps 1.1.38") << "ukps"
-                                 << "1.1.38"
-                                 << "disabled";
-    QTest::newRow("ukps 1.1") << "ukps"
-                              << "1.1"
-                              << "disabled";
-    QTest::newRow("ukps 1.2") << "ukps"
-                              << "1.2"
-                              << "enabled";
-    QTest::newRow("ukps ..1..2..") << "ukps"
-                                   << "..1..2.."
-                                   << "enabled";
-    QTest::newRow("uki 8.6.52") << "uki"
-                                << "8.6.52"
-                                << "ВКЛ|ВКЛ";
-    QTest::newRow("uki 8.6.44") << "uki"
-                                << "8.6.44"
-                                << "ВКЛ|ВКЛ";
-    QTest::newRow("uki 8.6") << "uki"
-                             << "8.6"
-                             << "ВКЛ|ВКЛ";
-    QTest::newRow("uki 8.6.43") << "uki"
-                                << "8.6.43"
-                                << "ВКЛ.Н|ВКЛ.В";
-    QTest::newRow("uki 7.9.99") << "uki"
-                                << "7.9.99"
-                                << "ВКЛ.Н|ВКЛ.В";
+    const QStringList rows = {"ukps 1.1.39 enabled",
+                              "ukps 1.1.38 disabled",
+                              "ukps 1.1 disabled",
+                              "ukps 1.2 enabled",
+                              "ukps ..1..2.. enabled",
+                              "uki 8.6.52 ВКЛ|ВКЛ",
+                              "uki 8.6.44 ВКЛ|ВКЛ",
+                              "uki 8.6 ВКЛ|ВКЛ",
+                              "uki 8.6.43 ВКЛ.Н|ВКЛ.В",
+                              "uki 7.9.99 ВКЛ.Н|ВКЛ.В"};
+    for (const QString &row : rows)
+        QTest::newRow(qPrintable(row.section(' ', 0, 1)))
+                << row.section(' ', 0, 0) << row.section(' ', 1, 1) << row.section(' ', 2);
 }
 
 // The UKPS low-charge-current widgets, and the monitor's T-bridge items, follow the firmware.
@@ -300,72 +285,48 @@ void tst_ConfigEditors::firmwareVersion()
     editor.applyFirmwareVersion(version);
     auto bridge = editor.findChild<QComboBox *>("cbTbridge");
     QCOMPARE(bridge->itemText(1) + '|' + bridge->itemText(bridge->count() - 1), result);
-    for (const char *name : {"sbUminus", "label_29", "sbFilter", "label_30", "cbX9"})
-        QVERIFY2(editor.findChild<QWidget *>(name)->isHidden(), name);
+    for (const QString &name : QString("sbUminus label_29 sbFilter label_30 cbX9").split(' '))
+        QVERIFY2(editor.findChild<QWidget *>(name)->isHidden(), qPrintable(name));
 }
 
 void tst_ConfigEditors::ukpsVariant_data()
 {
-    QTest::addColumn<QVector<int>>("steps");
-    QTest::addColumn<QString>("tabs");
-    QTest::addColumn<QString>("modes");
-    QTest::addColumn<QString>("shownWidgets");
-    const QString ks = "cbModeDef cbTbridge cbRequEn cbDisMax cbFOverTail cbFFallTail";
-    const QString ks2 = "cbModeDef cbTbridge cbRequEn cbDisMax sbRisoLoc sbUminus sbCstart "
-                        "cbFUminus cbFRP cbFRN";
-    QTest::newRow("fresh form") << QVector<int>{} << "Уставки КИ"
-                                << "3 " << ks;
-    QTest::newRow("ukps-ab") << QVector<int>{1} << "Уставки АБ"
-                             << "3 "
-                             << "cbFOverTail cbFFallTail";
-    QTest::newRow("ukps-ks-2") << QVector<int>{2} << "Уставки КИ"
-                               << "4 АВТО" << ks2;
-    QTest::newRow("ks-2, ab, ks-2") << QVector<int>{2, 1, 2} << "Уставки КИ"
-                                    << "4 АВТО" << ks2;
-    QTest::newRow("ks-2, ks-2, ks") << QVector<int>{2, 2, 0} << "Уставки КИ"
-                                    << "3 " << ks;
-    QTest::newRow("ab, ks") << QVector<int>{1, 0} << "Уставки КИ"
-                            << "3 " << ks;
-    QTest::newRow("monitor variant ignored") << QVector<int>{2, 3} << "Уставки КИ"
-                                             << "4 АВТО" << ks2;
+    QTest::addColumn<QString>("row");
+    // variants applied | first page | default-mode items | variant widgets shown
+    const QStringList rows = {
+            "|Уставки КИ|3|cbModeDef cbTbridge cbRequEn cbDisMax cbFOverTail cbFFallTail",
+            "1|Уставки АБ|3|cbFOverTail cbFFallTail",
+            "2|Уставки КИ|4 АВТО|" + ks2,
+            "2 1 2|Уставки КИ|4 АВТО|" + ks2,
+            "2 2 0|Уставки КИ|3|cbModeDef cbTbridge cbRequEn cbDisMax cbFOverTail cbFFallTail",
+            "1 0|Уставки КИ|3|cbModeDef cbTbridge cbRequEn cbDisMax cbFOverTail cbFFallTail",
+            "2 3|Уставки КИ|4 АВТО|" + ks2,
+    };
+    for (const QString &row : rows)
+        QTest::newRow(qPrintable("variants " + row.section('|', 0, 0))) << row;
 }
 
 // What each device variant shows: the first page, the default-mode items and the variant's widgets.
 void tst_ConfigEditors::ukpsVariant()
 {
-    QFETCH(QVector<int>, steps);
-    QFETCH(QString, tabs);
-    QFETCH(QString, modes);
-    QFETCH(QString, shownWidgets);
+    QFETCH(QString, row);
     UkpsConfigEditor editor;
     editor.show();
-    for (int step : steps)
-        editor.applyVariant(step);
-    auto tabWidget = editor.findChild<QTabWidget *>("tabWidget");
-    QCOMPARE(tabWidget->tabText(0), tabs);
-    QCOMPARE(tabWidget->count(), tabs == "Уставки АБ" ? 3 : 4);
+    for (const QString &step : row.section('|', 0, 0).split(' ', Qt::SkipEmptyParts))
+        editor.applyVariant(step.toInt());
+    auto tabs = editor.findChild<QTabWidget *>("tabWidget");
     auto modeDef = editor.findChild<QComboBox *>("cbModeDef");
-    QCOMPARE(QString::number(modeDef->count()) + ' '
-                     + (modeDef->count() == 4 ? modeDef->currentText() : ""),
-             modes);
-    QStringList shownNames;
-    for (const char *name : {"cbModeDef",
-                             "cbTbridge",
-                             "cbRequEn",
-                             "cbDisMax",
-                             "cbFOverTail",
-                             "cbFFallTail",
-                             "sbRisoLoc",
-                             "sbUminus",
-                             "sbCstart",
-                             "cbFUminus",
-                             "cbFRP",
-                             "cbFRN"}) {
-        auto widget = editor.findChild<QWidget *>(name);
-        if (!widget->isHidden())
-            shownNames << name;
-    }
-    QCOMPARE(shownNames.join(' '), shownWidgets);
+    QStringList shown{QString(), tabs->tabText(0), QString::number(modeDef->count())};
+    if (modeDef->count() == 4)
+        shown.last() += ' ' + modeDef->currentText();
+    QStringList names;
+    for (const QString &name : QString(all).split(' '))
+        if (!editor.findChild<QWidget *>(name)->isHidden())
+            names << name;
+    shown << names.join(' ');
+    shown[0] = row.section('|', 0, 0);
+    QCOMPARE(shown.join('|'), row);
+    QCOMPARE(tabs->count(), row.contains("АБ") ? 3 : 4);
 }
 
 QTEST_MAIN(tst_ConfigEditors)
