@@ -228,89 +228,54 @@ void tst_Settings::text()
 
 void tst_Settings::parse_data()
 {
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QStringList>("lines");
-    QTest::addColumn<QStringList>("wanted");
-    QTest::addColumn<QStringList>("problems");
-    QTest::addColumn<bool>("taken");
-    const auto uki = [](const char *name,
-                        const QStringList &lines,
-                        const QMap<QString, QString> &changes,
-                        const QStringList &problems) {
-        QTest::newRow(name) << "uki" << lines << defaultsWith("uki", changes) << problems << true;
+    QTest::addColumn<QString>("row");
+    // monitor | lines (";" between) | changed keys | log other than the UKPS echo | taken
+    const QStringList rows = {
+            "uki|addruki\t3;Lang\t1||Bad string uki: \"addruki;Bad string uki: \"Lang|1",
+            "uki|Flags\t2147483648|Flags=0||1",
+            "uki| Bright \t 700 |Bright=700||1",
+            "uki|Riso  Loc\t100||Bad string uki: \"Riso Loc|1",
+            "uki|Urelay\t100\tanything|Urelay=100||1",
+            "uki|RisoLoc 200;;Bright\t||Bad line in UKI config : RisoLoc 200;Bad line in UKI "
+            "config "
+            ": ;Bad line in UKI config : Bright|1",
+            "uki|ModeDef\twmAuto;Bright\t0x10;RisoM3s1\tabc|ModeDef=0 Bright=0|got bad value for "
+            "RisoM3s1 : 0!|1",
+            "uki|junk;Tcust\t10;CapSopt\t901;Tcust\t120|Tcust=120|Bad line in UKI config : "
+            "junk;got bad value for CapSopt : 901!|1",
+            "uki|RS485_addr\t1;Tmost\tOFF;Urelay\t13|Urelay=13|Bad string uki: \"RS485_addr;Bad "
+            "string uki: \"Tmost|1",
+            "ukps|" + UkiSettings().toLines().join(';')
+                    + "||got bad value for TimeMto : 20!;Bad string ukps: \"Averaging;Bad string "
+                      "ukps: \"ModeInput|1",
+            "ukps|;OK;NumShunt\t0;Averaging\t1||Bad line in UKI config : ;Bad line in UKI config : "
+            "OK;got bad value for NumShunt : 0!;Bad string ukps: \"Averaging|0",
+            "ukps| Uripple \t 25\tx|Uripple=25||1",
+            "ukps|Lang\t1||Bad string ukps: \"Lang|0",
     };
-    const auto ukps = [](const char *name,
-                         const QStringList &lines,
-                         const QMap<QString, QString> &changes,
-                         const QStringList &problems,
-                         bool taken = true) {
-        QTest::newRow(name) << "ukps" << lines << defaultsWith("ukps", changes) << problems
-                            << taken;
-    };
-    uki("uki unknown case",
-        {"addruki\t3", "Lang\t1"},
-        {},
-        {"Bad string uki: \"addruki", "Bad string uki: \"Lang"});
-    uki("uki Flags beyond 32 bits reads as 0", {"Flags\t2147483648"}, {{"Flags", "0"}}, {});
-    uki("uki blanks around both parts", {" Bright \t 700 "}, {{"Bright", "700"}}, {});
-    uki("uki blanks inside the key", {"Riso  Loc\t100"}, {}, {"Bad string uki: \"Riso Loc"});
-    uki("uki third part ignored", {"Urelay\t100\tanything"}, {{"Urelay", "100"}}, {});
-    uki("uki no tab, empty, trailing tab",
-        {"RisoLoc 200", "", "Bright\t"},
-        {},
-        {"Bad line in UKI config : RisoLoc 200",
-         "Bad line in UKI config : ",
-         "Bad line in UKI config : Bright"});
-    uki("uki name or hex reads as 0",
-        {"ModeDef\twmAuto", "Bright\t0x10", "RisoM3s1\tabc"},
-        {{"ModeDef", "0"}, {"Bright", "0"}},
-        {badValue("RisoM3s1", 0)});
-    uki("uki later line wins, bad lines skipped",
-        {"junk", "Tcust\t10", "CapSopt\t901", "Tcust\t120"},
-        {{"Tcust", "120"}},
-        {"Bad line in UKI config : junk", badValue("CapSopt", 901)});
-    uki("uki older named-value reply",
-        {"RS485_addr\t1", "Tmost\tOFF", "Riso4-20\t200", "Urelay\t13"},
-        {{"Urelay", "13"}},
-        {"Bad string uki: \"RS485_addr", "Bad string uki: \"Tmost", "Bad string uki: \"Riso4-20"});
-    ukps("ukps monitor text",
-         UkiSettings().toLines(),
-         {},
-         {badValue("TimeMto", 20), "Bad string ukps: \"Averaging", "Bad string ukps: \"ModeInput"});
-    ukps("ukps nothing taken",
-         {"", "OK", "NumShunt\t0", "Averaging\t1"},
-         {},
-         {"Bad line in UKI config : ",
-          "Bad line in UKI config : OK",
-          badValue("NumShunt", 0),
-          "Bad string ukps: \"Averaging"},
-         false);
-    ukps("ukps blanks and third part", {" Uripple \t 25\tx"}, {{"Uripple", "25"}}, {});
-    ukps("ukps unknown case",
-         {"Lang\t1", "Nonsense\t1"},
-         {},
-         {"Bad string ukps: \"Lang", "Bad string ukps: \"Nonsense"},
-         false);
+    for (const QString &row : rows)
+        QTest::newRow(qPrintable(row.left(40))) << row;
 }
 
 void tst_Settings::parse()
 {
-    QFETCH(QString, type);
-    QFETCH(QStringList, lines);
-    QFETCH(QStringList, wanted);
-    QFETCH(QStringList, problems);
-    QFETCH(bool, taken);
+    QFETCH(QString, row);
+    const QStringList p = row.split('|');
+    const QString type = p[0];
+    const QStringList lines = p[1].split(';');
+    QMap<QString, QString> changes;
+    for (const QString &pair : p[2].split(' ', Qt::SkipEmptyParts))
+        changes.insert(pair.section('=', 0, 0), pair.section('=', 1));
     const Parsed parsed = parseAs(type, {}, lines);
-    QCOMPARE(parsed.lines, wanted);
-    QCOMPARE(parsed.taken, taken);
+    QCOMPARE(parsed.lines, defaultsWith(type, changes));
     QStringList log;
     for (const QString &m : messages)
         if (!m.startsWith("Line in UKI config : "))
             log << m;
-    QCOMPARE(log, problems);
+    QCOMPARE(log.join(';'), p[3]);
+    QCOMPARE(parsed.taken, p[4] == "1");
     if (type == "ukps")
-        QCOMPARE(messages.filter(QRegularExpression("^Line in UKI config : ")).size(),
-                 lines.size());
+        QCOMPARE(messages.size() - log.size(), lines.size());
 }
 
 // The three reserved words travel in no text and no command and keep their defaults.
