@@ -29,6 +29,8 @@ export TSAN_OPTIONS="suppressions=$PWD/scripts/tsan.supp ignore_noninstrumented_
 pattern="^($(IFS='|'; echo "${present[*]}"))\$"
 # With more address-space randomisation than the runtime expects it cannot map its shadow
 # memory; running without randomisation avoids that where the kernel allows it.
+# The soak runs ten times its default length here; ctest passes its own environment on.
+export KIRANTO_SOAK_PROGRAMS=2000
 norandom=()
 if setarch "$(uname -m)" -R true 2>/dev/null; then
     norandom=(setarch "$(uname -m)" -R)
