@@ -1,0 +1,342 @@
+#include "models/ctcorrections.h"
+#include "models/customchannels.h"
+#include "models/locators.h"
+#include "support.h"
+
+#include <QAbstractItemModelTester>
+#include <QtTest>
+
+#include <memory>
+
+using TestSupport::modelRows;
+
+namespace {
+
+const QString ctHeader = "address\tchannel\tgain*100\t phase*10";
+const QString locHeader = "Addr\tver\tEnabled\tTested";
+const QString customHeader = "address\tchannel\tr_loc\tlower\tupper";
+const QString monitorLine
+        = "UKI\t9.6.43\t1111111100000000\t1111111100000000\t1111111100000000\t0000000000000000";
+const QString locatorLine
+        = "5\t2.1.7\t1111000000000001\t1110000000000001\t1100000000000001\t1000000000000000";
+
+std::unique_ptr<QAbstractItemModel> makeModel(const QString &kind, const QStringList &reply)
+{
+    if (kind == "ct")
+        return std::make_unique<CtCorrections>(QStringList{ctHeader} + reply);
+    if (kind == "custom")
+        return std::make_unique<CustomChannels>(QStringList{customHeader} + reply);
+    return std::make_unique<Locators>(QStringList{locHeader} + reply);
+}
+
+// The text a model writes back to the device, header first; none for the versions list.
+QStringList textOf(const QAbstractItemModel *model)
+{
+    if (const auto *ct = qobject_cast<const CtCorrections *>(model))
+        return ct->toText();
+    if (const auto *custom = qobject_cast<const CustomChannels *>(model))
+        return custom->toText();
+    return {};
+}
+
+QStringList headersOf(const QAbstractItemModel *model)
+{
+    QStringList texts;
+    for (int section = 0; section < model->columnCount(); ++section)
+        texts.append(model->headerData(section, Qt::Horizontal).toString());
+    return texts;
+}
+
+} // namespace
+
+// Device replies of the CT corrections, versions list and custom channels shown as tables.
+class tst_TableModels : public QObject
+{
+    Q_OBJECT
+private slots:
+    void parse_data();
+    void parse();
+    void headers_data();
+    void headers();
+    void ctEdit_data();
+    void ctEdit();
+    void ctMarks();
+    void lookups();
+};
+
+void tst_TableModels::parse_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QStringList>("reply");
+    QTest::addColumn<QStringList>("rows");
+    QTest::addColumn<QStringList>("text");
+    QTest::addColumn<QStringList>("log");
+
+    const auto ct = [](const QString &name, const QString &line, const QString &row) {
+        QTest::newRow(qPrintable("ct: " + name))
+                << "ct" << QStringList{line, "OK"}
+                << (row.isEmpty() ? QStringList() : QStringList{row})
+                << (row.isEmpty() ? QStringList{ctHeader}
+                                  : QStringList{ctHeader, line.trimmed().section('\t', 0, 3)})
+                << QStringList();
+    };
+    ct("gain /100, phase /10", "1\t3\t100\t-25", "1|3|1|-2.5");
+    ct("address 0, channel 1", "0\t1\t1\t0", "0|1|0.01|0");
+    ct("limits", "254\t16\t99900\t3600", "254|16|999|360");
+    ct("phase has no range", "2\t5\t100\t-99999", "2|5|1|-9999.9");
+    ct("spaces trimmed", "  3\t2\t150\t7\r\n", "3|2|1.5|0.7");
+    ct("extra fields ignored", "3\t2\t150\t7\tx", "3|2|1.5|0.7");
+    for (const QString &bad : {QString("1\t0\t100\t0"),
+                               QString("1\t17\t100\t0"),
+                               QString("255\t1\t100\t0"),
+                               QString("1\t1\t0\t0"),
+                               QString("1\t1\t99901\t0"),
+                               QString("1\t1\t100"),
+                               QString("1\t1\t100\t"),
+                               QString("1\t1\t100\tx"),
+                               QString("a\t1\t100\t0"),
+                               QString("-1\t1\t100\t0"),
+                               QString("1\t1\t-100\t0"),
+                               QString("1\t1\t1.5\t0"),
+                               QString("1 1 100 0"),
+                               QString()})
+        ct("refused " + QString(bad).replace('\t', ','), bad, QString());
+
+    const auto custom =
+            [](const QString &name, const QString &line, const QString &row, const QString &text) {
+                QTest::newRow(qPrintable("custom: " + name))
+                        << "custom" << QStringList{line, "OK"}
+                        << (row.isEmpty() ? QStringList() : QStringList{row})
+                        << (row.isEmpty() ? QStringList{customHeader}
+                                          : QStringList{customHeader, text})
+                        << QStringList();
+            };
+    custom("OFF", "0\t1\tOFF", "0|1|OFF||", "0\t1\tOFF");
+    custom("OFF, fields after it", "3\t16\tOFF\t10\t20", "3|16|OFF||", "3\t16\tOFF");
+    custom("enabled", "5\t2\t200\t10\t45", "5|2|200|10|45", "5\t2\t200\t10\t45");
+    custom("bounds in steps of 5", "5\t2\t200\t12\t47", "5|2|200|10|45", "5\t2\t200\t10\t45");
+    custom("limits", "254\t16\t999\t79\t0", "254|16|999|75|0", "254\t16\t999\t75\t0");
+    custom("bounds below a step", "1\t1\t1\t4\t4", "1|1|1|0|0", "1\t1\t1\t0\t0");
+    custom("extra fields", "5\t2\t200\t10\t45\tx", "5|2|200|10|45", "5\t2\t200\t10\t45");
+    custom("trimmed", " 7\t3\tOFF\r\n", "7|3|OFF||", "7\t3\tOFF");
+    for (const QString &bad : {QString("5\t2\t0\t10\t45"),
+                               QString("5\t2\t1000\t10\t45"),
+                               QString("5\t2\t200\t80\t45"),
+                               QString("5\t2\t200\t10\t80"),
+                               QString("255\t1\tOFF"),
+                               QString("5\t0\tOFF"),
+                               QString("5\t17\t200\t10\t45"),
+                               QString("5\t2\toff"),
+                               QString("5\t2\toff\t10\t45"),
+                               QString("5\t2"),
+                               QString("5\t2\t200"),
+                               QString("5\t2\t200\t10"),
+                               QString("5\t2\t200\t-5\t45"),
+                               QString("5\t2\t200\t\t45"),
+                               QString("L5\t2\tOFF")})
+        custom("refused " + QString(bad).replace('\t', ','), bad, QString(), QString());
+    QTest::newRow("custom: repeated channel stays a row")
+            << "custom" << QStringList{"5\t2\t200\t12\t47", "5\t2\t300\t10\t45"}
+            << QStringList{"5|2|200|10|45", "5|2|300|10|45"}
+            << QStringList{customHeader, "5\t2\t200\t10\t45", "5\t2\t300\t10\t45"} << QStringList();
+
+    const auto loc = [](const QString &name,
+                        const QString &line,
+                        const QString &row,
+                        const QStringList &log) {
+        QTest::newRow(qPrintable("versions: " + name))
+                << "loc" << QStringList{line} << (row.isEmpty() ? QStringList() : QStringList{row})
+                << QStringList() << log;
+    };
+    const auto bad = [](const QString &line) {
+        return QStringList{"_Bad line in UKI versions list: " + line};
+    };
+    const auto badAddress = [](const QString &line) {
+        return QStringList{"Bad address in UKI versions list: " + line};
+    };
+    const QString zeros = "\t0000000000000000";
+    loc("monitor",
+        monitorLine,
+        "УКИ|9.6.43|1111111100000000|1111111100000000|ОООО ОООО XXXX XXXX",
+        {});
+    loc("monitor 8.0 kept",
+        "UKI\t8.0" + zeros + zeros + zeros + zeros,
+        "УКИ|8.0|0000000000000000|0000000000000000|XXXX XXXX XXXX XXXX",
+        {});
+    loc("monitor empty version parts",
+        "UKI\t..12.1" + zeros + zeros + zeros + zeros,
+        "УКИ|..12.1|0000000000000000|0000000000000000|XXXX XXXX XXXX XXXX",
+        {});
+    loc("locator, every CT state letter",
+        locatorLine,
+        "5|2.1.7|1111000000000001|1110000000000001|ЗОиИ XXXX XXXX XXXО",
+        {});
+    loc("locator old firmware kept",
+        "17\t1.0\t1000000000000000" + zeros + zeros + zeros,
+        "17|1.0|1000000000000000|0000000000000000|ИXXX XXXX XXXX XXXX",
+        {});
+    loc("short mask reads 0",
+        "5\t5.0\t1111\t1111111111111111\t1111111111111111" + zeros,
+        "5|5.0|0000000000000000|1111111111111111|XXXX XXXX XXXX XXXX",
+        {});
+    loc("masks written as 16",
+        "200\t1.2.3\t10000000000000001111\t1111\t0100000000000000" + zeros,
+        "200|1.2.3|1000000000000000|0000000000000000|ИXXX XXXX XXXX XXXX",
+        {});
+    loc("trimmed",
+        " 9\t3.3\t1000000000000000" + zeros + zeros + zeros + "\r",
+        "9|3.3|1000000000000000|0000000000000000|ИXXX XXXX XXXX XXXX",
+        {});
+    loc("monitor 7.9.1 dropped", QString(monitorLine).replace("9.6.43", "7.9.1"), {}, {});
+    loc("monitor without digits", QString(monitorLine).replace("9.6.43", "beta"), {}, {});
+    loc("header with more", locHeader + "\tCT-A\tCT-B", {}, {});
+    loc("four fields",
+        "5\t5.0\t0000000000001111\t0000000000001111",
+        {},
+        bad("5\t5.0\t0000000000001111\t0000000000001111"));
+    loc("seven fields", locatorLine + "\t1", {}, bad(locatorLine + "\t1"));
+    loc("empty trailing masks", "6\t5.0\t\t\t\t", {}, bad("6\t5.0\t\t\t\t"));
+    loc("untrimmed logged as received", "  OK\r", {}, bad("  OK\r"));
+    loc("bad address", "x" + locatorLine, {}, badAddress("x" + locatorLine));
+    loc("lower-case uki",
+        QString(monitorLine).replace("UKI", "uki"),
+        {},
+        badAddress(QString(monitorLine).replace("UKI", "uki")));
+    loc("negative address", "-" + locatorLine, {}, badAddress("-" + locatorLine));
+    QTest::newRow("versions: whole reply")
+            << "loc" << QStringList{monitorLine, "x\t1\t2", locatorLine, "OK"}
+            << QStringList{"УКИ|9.6.43|1111111100000000|1111111100000000|ОООО ОООО XXXX XXXX",
+                           "5|2.1.7|1111000000000001|1110000000000001|ЗОиИ XXXX XXXX XXXО"}
+            << QStringList() << (bad("x\t1\t2") + bad("OK"));
+}
+
+void tst_TableModels::parse()
+{
+    QFETCH(QString, kind);
+    QFETCH(QStringList, reply);
+    QFETCH(QStringList, rows);
+    QFETCH(QStringList, text);
+    QFETCH(QStringList, log);
+
+    TestSupport::MessageCapture capture;
+    const auto model = makeModel(kind, reply);
+    QCOMPARE(capture.messages(), log);
+    QAbstractItemModelTester tester(model.get(),
+                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QCOMPARE(modelRows(model.get()), rows);
+    QCOMPARE(textOf(model.get()), text);
+    for (int row = 0; row < model->rowCount(); ++row) {
+        for (int column = 0; column < model->columnCount(); ++column) {
+            const bool editable = model->flags(model->index(row, column)) & Qt::ItemIsEditable;
+            QCOMPARE(editable, kind == "ct" && column >= 2);
+        }
+    }
+    // What the device is sent back reads in as the same table.
+    if (!text.isEmpty())
+        QCOMPARE(modelRows(makeModel(kind, text.mid(1)).get()), rows);
+}
+
+void tst_TableModels::headers_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QStringList>("headers");
+    QTest::newRow("ct") << "ct" << QStringList{"Адрес", "Канал", "Коэфф. усиления", "Сдвиг фазы"};
+    QTest::newRow("custom") << "custom"
+                            << QStringList{
+                                       "Адрес", "Канал", "RLoc", "Нижний порог", "Верхний порог"};
+    QTest::newRow("versions") << "loc"
+                              << QStringList{"Адрес",
+                                             "Версия ПО",
+                                             "Маска каналов",
+                                             "Маска тестирования",
+                                             "Состояние ТТ"};
+}
+
+void tst_TableModels::headers()
+{
+    QFETCH(QString, kind);
+    QFETCH(QStringList, headers);
+    QCOMPARE(headersOf(makeModel(kind, {}).get()), headers);
+}
+
+void tst_TableModels::ctEdit_data()
+{
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<bool>("modified");
+    // 1.15 * 100 is just below 115 in binary floating point.
+    QTest::newRow("gain 1.15 stores 114") << 2 << QVariant(1.15) << "1\t3\t114\t-25" << true;
+    QTest::newRow("gain 999") << 2 << QVariant(999.0) << "1\t3\t99900\t-25" << true;
+    QTest::newRow("gain 0.01") << 2 << QVariant(0.01) << "1\t3\t1\t-25" << true;
+    QTest::newRow("gain 2.349") << 2 << QVariant(2.349) << "1\t3\t234\t-25" << true;
+    QTest::newRow("gain same value") << 2 << QVariant(1.0) << "1\t3\t100\t-25" << false;
+    QTest::newRow("phase -2.59 toward zero") << 3 << QVariant(-2.59) << "1\t3\t100\t-25" << false;
+    QTest::newRow("phase 2.59 toward zero") << 3 << QVariant(2.59) << "1\t3\t100\t25" << true;
+    QTest::newRow("phase -360") << 3 << QVariant(-360.0) << "1\t3\t100\t-3600" << true;
+    QTest::newRow("address refused") << 0 << QVariant(5) << "1\t3\t100\t-25" << false;
+    QTest::newRow("channel refused") << 1 << QVariant(5) << "1\t3\t100\t-25" << false;
+    QTest::newRow("text refused") << 2 << QVariant("abc") << "1\t3\t100\t-25" << false;
+}
+
+void tst_TableModels::ctEdit()
+{
+    QFETCH(int, column);
+    QFETCH(QVariant, value);
+    QFETCH(QString, line);
+    QFETCH(bool, modified);
+    CtCorrections model({ctHeader, "1\t3\t100\t-25", "1\t4\t250\t12"});
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    model.setData(model.index(0, column), value, Qt::EditRole);
+    QCOMPARE(model.toText(), QStringList({ctHeader, line, "1\t4\t250\t12"}));
+    QCOMPARE(model.isModified(0), modified);
+    QCOMPARE(model.data(model.index(0, 3), Qt::FontRole).isValid(), modified);
+    QVERIFY(!model.isModified(1));
+}
+
+void tst_TableModels::ctMarks()
+{
+    CtCorrections model({ctHeader, "1\t3\t100\t-25", "1\t4\t250\t12", "7\t16\t99900\t0"});
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QVERIFY(model.setData(model.index(0, 3), 4.0));
+    model.markSaved(0);
+    QVERIFY(!model.isModified(0));
+    QCOMPARE(model.rowAt(0).savedPhase, 40);
+    model.markDifferences(CtCorrections({ctHeader, "1\t3\t100\t40", "1\t4\t251\t12"}));
+    QCOMPARE(QList<bool>({model.isModified(0), model.isModified(1), model.isModified(2)}),
+             QList<bool>({false, true, true}));
+    QCOMPARE(model.rowAt(1).gain, 250u);
+}
+
+void tst_TableModels::lookups()
+{
+    const CtCorrections ct({ctHeader, "7\t16\t99900\t0"});
+    CtCorrection correction;
+    QVERIFY(ct.findRow(7, 15, correction));
+    QCOMPARE(correction.gain, 99900u);
+    QVERIFY(!ct.findRow(7, 16, correction));
+
+    const CustomChannels custom(
+            {customHeader, "0\t1\tOFF", "5\t2\t200\t12\t47", "5\t2\t300\t10\t45"});
+    CustomChannel channel;
+    QVERIFY(custom.findChannel(5, 1, channel));
+    QCOMPARE(QList<uint>({channel.rLoc, channel.lower, channel.upper}), QList<uint>({200, 2, 9}));
+    QVERIFY(channel.enabled);
+    QVERIFY(custom.findChannel(0, 0, channel));
+    QVERIFY(!channel.enabled);
+    QVERIFY(!custom.findChannel(5, 2, channel));
+
+    const Locators locators({locHeader, monitorLine, locatorLine});
+    const LocatorRecord record = locators.locatorAt(1);
+    QCOMPARE(QList<int>({int(record.address),
+                         int(record.enabledMask),
+                         int(record.testedMask),
+                         int(record.ctStateMaskA),
+                         int(record.ctStateMaskB)}),
+             QList<int>({5, 0x800f, 0x8007, 0x8003, 0x0001}));
+    QVERIFY(locators.locatorAt(0).isMonitor);
+    QCOMPARE(locators.locatorAt(2).address, 0u);
+}
+
+QTEST_MAIN(tst_TableModels)
+#include "tst_tablemodels.moc"
