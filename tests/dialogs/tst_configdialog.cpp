@@ -14,21 +14,10 @@
 
 static const QString marker = " (отсутствует в системе)";
 
-// Set KIRANTO_SHOTS to a folder to keep pictures of what the tests show.
-static void keepShot(QWidget *widget, const QString &name)
-{
-    const QString dir = qEnvironmentVariable("KIRANTO_SHOTS");
-    if (!dir.isEmpty())
-        widget->grab().save(dir + "/" + name + ".png");
-}
-
 class tst_ConfigDialog : public QObject
 {
     Q_OBJECT
 private slots:
-    void formObjects_data();
-    void formObjects();
-    void texts();
     void variantButtonsHidden();
     void platformPortsListed();
     void portChoice_data();
@@ -49,69 +38,6 @@ QComboBox *tst_ConfigDialog::ports(ConfigDialog &dialog, const QStringList &name
     combo->clear();
     combo->addItems(names);
     return combo;
-}
-
-void tst_ConfigDialog::formObjects_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("className");
-    QTest::newRow("tabs") << "tabs"
-                          << "QTabWidget";
-    QTest::newRow("tabsPage1") << "tabsPage1"
-                               << "QWidget";
-    QTest::newRow("gbFiltering_4") << "gbFiltering_4"
-                                   << "QGroupBox";
-    QTest::newRow("label_19") << "label_19"
-                              << "QLabel";
-    QTest::newRow("cbComPort") << "cbComPort"
-                               << "QComboBox";
-    QTest::newRow("groupBox_2") << "groupBox_2"
-                                << "QGroupBox";
-    QTest::newRow("rbUkpsKs") << "rbUkpsKs"
-                              << "QRadioButton";
-    QTest::newRow("rbUkpsKs2") << "rbUkpsKs2"
-                               << "QRadioButton";
-    QTest::newRow("rbUkpsAb") << "rbUkpsAb"
-                              << "QRadioButton";
-    QTest::newRow("rbUkiKiranto") << "rbUkiKiranto"
-                                  << "QRadioButton";
-    QTest::newRow("page") << "page"
-                          << "QWidget";
-    QTest::newRow("buttonBox") << "buttonBox"
-                               << "QDialogButtonBox";
-}
-
-void tst_ConfigDialog::formObjects()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, className);
-    ConfigDialog dialog;
-    QWidget *widget = dialog.findChild<QWidget *>(name);
-    QVERIFY2(widget, qPrintable(name));
-    QCOMPARE(QString(widget->metaObject()->className()), className);
-}
-
-void tst_ConfigDialog::texts()
-{
-    ConfigDialog dialog;
-    QCOMPARE(dialog.windowTitle(), QString("Настройки"));
-    auto tabs = dialog.findChild<QTabWidget *>("tabs");
-    auto page1 = dialog.findChild<QWidget *>("tabsPage1");
-    QCOMPARE(tabs->tabText(tabs->indexOf(page1)), QString("Подключение"));
-    QCOMPARE(tabs->currentWidget(), page1);
-    auto label = dialog.findChild<QLabel *>("label_19");
-    QCOMPARE(label->text(), QString("Порт"));
-    QCOMPARE(label->toolTip(),
-             QString("<html><head/><body><p>Последовательный порт, к которому подключён "
-                     "датчик.</p></body></html>"));
-    QCOMPARE(dialog.findChild<QGroupBox *>("groupBox_2")->title(),
-             QString("Выбор устройства (для автономного режима)"));
-    QCOMPARE(dialog.findChild<QRadioButton *>("rbUkpsKs")->text(), QString("УКПС КИРАНТО-КС"));
-    QCOMPARE(dialog.findChild<QRadioButton *>("rbUkpsKs2")->text(), QString("УКПС КИРАНТО-КС-2"));
-    QCOMPARE(dialog.findChild<QRadioButton *>("rbUkpsAb")->text(), QString("УКБ КИРАНТО-АБ"));
-    QCOMPARE(dialog.findChild<QRadioButton *>("rbUkiKiranto")->text(), QString("УКИ КИРАНТО"));
-    auto buttons = dialog.findChild<QDialogButtonBox *>("buttonBox");
-    QCOMPARE(buttons->standardButtons(), QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
 }
 
 void tst_ConfigDialog::variantButtonsHidden()
@@ -183,9 +109,6 @@ void tst_ConfigDialog::portChoice()
         items << combo->itemText(i);
     QCOMPARE(items, listed);
     QCOMPARE(combo->currentIndex(), selected);
-    if (QString(QTest::currentDataTag()) == "missing port listed second")
-        keepShot(&dialog, "configdialog-missing-port");
-
     ProgramSettings out;
     out.port = "stale";
     dialog.getSettings(out);
@@ -201,7 +124,6 @@ void tst_ConfigDialog::typedPort()
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));
     combo->lineEdit()->clear();
     QTest::keyClicks(combo->lineEdit(), "/tmp/kiranto-sim");
-    keepShot(&dialog, "configdialog-typed-port");
 
     ProgramSettings out;
     dialog.getSettings(out);
@@ -254,7 +176,6 @@ void tst_ConfigDialog::acceptedByOk()
     dialog.setSettings(settings);
     dialog.show();
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    keepShot(&dialog, "configdialog");
 
     auto box = dialog.findChild<QDialogButtonBox *>("buttonBox");
     box->button(QDialogButtonBox::Ok)->click();

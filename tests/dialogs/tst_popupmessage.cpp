@@ -4,14 +4,6 @@
 #include <QWidget>
 #include <QtTest>
 
-// Set KIRANTO_SHOTS to a folder to keep pictures of what the tests show.
-static void keepShot(QWidget *widget, const QString &name)
-{
-    const QString dir = qEnvironmentVariable("KIRANTO_SHOTS");
-    if (!dir.isEmpty())
-        widget->grab().save(dir + "/" + name + ".png");
-}
-
 class tst_PopupMessage : public QObject
 {
     Q_OBJECT
@@ -28,7 +20,6 @@ private slots:
     void labelPlacedOverWindow();
     void colourFollowsClass_data();
     void colourFollowsClass();
-    void fixedLook();
     void expiry_data();
     void expiry();
     void zeroTimeHiddenByTimer();
@@ -146,12 +137,10 @@ void tst_PopupMessage::okMessageShown()
     QVERIFY(label->isVisible());
     QCOMPARE(label->text(), QString("Файл записан"));
     QCOMPARE(label->property("class").toString(), QString("Ok"));
-    keepShot(m_window, "popup-ok");
 
     m_popup->show(QStringLiteral("Порт COM3: открыт."));
     QCOMPARE(label->text(), QString("Порт COM3: открыт."));
     QCOMPARE(label->property("class").toString(), QString("Info"));
-    keepShot(m_window, "popup-info");
 }
 
 void tst_PopupMessage::labelPlacedOverWindow_data()
@@ -174,7 +163,6 @@ void tst_PopupMessage::labelPlacedOverWindow()
     QCOMPARE(label->size(), label->sizeHint());
     QCOMPARE(label->x(), (window.width() - label->width()) / 2);
     QCOMPARE(label->y(), (2 * window.height()) / 3 - label->height() / 2);
-    keepShot(m_window, QString("popup-placed-%1x%2").arg(window.width()).arg(window.height()));
 }
 
 void tst_PopupMessage::colourFollowsClass_data()
@@ -212,21 +200,6 @@ void tst_PopupMessage::colourFollowsClass()
             QVERIFY2(distance(seen, background) < distance(seen, other),
                      qPrintable(seen.name() + " is nearer to " + other.name()));
     }
-}
-
-void tst_PopupMessage::fixedLook()
-{
-    const QLabel *label = m_popup->label();
-    QCOMPARE(label->alignment(), Qt::AlignHCenter | Qt::AlignVCenter);
-    QVERIFY(label->wordWrap());
-    QCOMPARE(label->styleSheet(),
-             QString("QLabel {  font-weight: bold;  font-size: 20px;  padding: 10px 15px;  "
-                     "border: 2px solid;  border-radius: 10px;}[class=Info] {  background-color: "
-                     "rgba(255, 255, 153, 200);  border-color: orange;}[class=Warning] {  "
-                     "background-color: rgba(255, 200, 55, 200);  border-color: orange;}[class=Ok] "
-                     "{  background-color: rgba(204, 255, 153, 200);  border-color: green;}"
-                     "[class=Error] {  background-color: rgba(255, 153, 153, 200);  "
-                     "border-color: red;}"));
 }
 
 void tst_PopupMessage::expiry_data()
