@@ -14,9 +14,6 @@
 #include "support.h"
 
 #include <time.h>
-#include <unistd.h>
-
-#include <cstdio>
 
 using namespace TestSupport;
 
@@ -53,20 +50,6 @@ qint64 processCpuMs()
     timespec ts{};
     ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &ts);
     return qint64(ts.tv_sec) * 1000 + ts.tv_nsec / 1000000;
-}
-
-// Holds a port open the way the tool does, in a process of its own, until its input closes.
-int holdPort(const char *path)
-{
-    QSerialPort port(QString::fromLocal8Bit(path));
-    if (!port.open(QIODevice::ReadWrite))
-        return 1;
-    std::printf("held\n");
-    std::fflush(stdout);
-    char buffer[64];
-    while (::read(STDIN_FILENO, buffer, sizeof buffer) > 0) {
-    }
-    return 0;
 }
 
 enum Outcome { Kept, ArchiveCut, NoiseBlocks };
@@ -282,11 +265,6 @@ void tst_FaultMatrix::fault_data()
             << QStringList{"Порт %1: Ошибка: Ответ превысил " + QString::number(kReplyLimit)
                            + " байт без паузы.."}
             << Kept;
-    // The toolkit's lock refuses a second open of a port, whoever asks.
-    QTest::newRow("port held by another process")
-            << QByteArray("held") << "connect:%1" << false << offline
-            << QStringList{"Порт %1: Ошибка: Ошибка открытия порта %1 : *", "Подключаемся..."}
-            << Kept;
     QTest::newRow("port that does not exist")
             << QByteArray() << "connect:/nonexistent/ttyKIRANTO" << false << offline
             << QStringList{"Порт /nonexistent/ttyKIRANTO: Ошибка: Ошибка открытия порта "
@@ -307,7 +285,6 @@ void tst_FaultMatrix::fault()
     QStringList lines;
     Data before;
     int threadsBefore = 0;
-    QProcess holder;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         establishBaseline();
         if (QTest::currentTestFailed())
@@ -323,22 +300,12 @@ void tst_FaultMatrix::fault()
             box->setValue(box->value() == 75 ? 70 : 75);
         }
         before = snapshot();
-        if (rule == "held") {
-            holder.setProgram(QCoreApplication::applicationFilePath());
-            holder.setArguments({QStringLiteral("--hold-port"), port});
-            holder.start();
-            QVERIFY(holder.waitForReadyRead(5000));
-            QCOMPARE(holder.readLine().trimmed(), QByteArray("held"));
-        } else {
-            setFault(rule);
-        }
+        setFault(rule);
         threadsBefore = threadCount();
         m_log->clear();
         QVERIFY2(start(run, &report), "the run did not end");
         lines = m_log->messages();
         setFault({});
-        holder.closeWriteChannel();
-        holder.waitForFinished(5000);
         // The line is gone, or still repeating a reply: the device starts afresh.
         if (rule == "hangup" || rule == "flood")
             m_sim->stop();
@@ -389,15 +356,5 @@ void tst_FaultMatrix::fault()
     QVERIFY((processCpuMs() - cpuBefore) * 2 < wall.elapsed());
 }
 
-int main(int argc, char *argv[])
-{
-    if (argc == 3 && qstrcmp(argv[1], "--hold-port") == 0) {
-        QCoreApplication app(argc, argv);
-        return holdPort(argv[2]);
-    }
-    QApplication app(argc, argv);
-    tst_FaultMatrix test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(tst_FaultMatrix)
 #include "tst_faultmatrix.moc"
