@@ -308,11 +308,14 @@ void tst_MainWindow::device()
 
 void tst_MainWindow::unknownVersionKeepsVariant()
 {
-    m_install = std::make_unique<ScratchInstall>(QString(), 1);
+    m_install = std::make_unique<ScratchInstall>(QString(), 0);
     m_sim = std::make_unique<Simulator>(m_install->path());
     QVERIFY(m_sim->start({"--variant", "ukps-ks", "--firmware", "6.1.0"}));
+    // The variant comes from config.json and stays the fallback for an unknown version.
+    QVERIFY(writeFile(m_install->configFolder() + "/config.json",
+                      R"({"connection": {"port": "COM7", "variant": "ukps-ab"}})"));
     newWindow();
-    ProgramSettings::instance().variant = 1;
+    QCOMPARE(ProgramSettings::instance().port, QStringLiteral("COM7"));
     QVERIFY(connectThroughDialog());
     QCOMPARE(ProgramSettings::instance().variant, 1);
     QVERIFY(child<QLabel>("label_IMS_Ver")->text().contains(DeviceVariant::displayName(1)));
