@@ -460,7 +460,7 @@ void MainWindow::identificationRead()
 
     showLocatorPages(DeviceVariant::hasLocators(variant));
 
-    logMessage(QStringLiteral("Подключено устройство: %1").arg(name));
+    logMessage(QStringLiteral("Подключено устройство: %1").arg(DeviceVariant::nativeName(variant)));
     m_popup->show(tr("[[OK]]Подключено устройство: %1").arg(name), Done);
 }
 
@@ -503,7 +503,8 @@ void MainWindow::settingsRead()
     const QString name = DeviceVariant::displayName(ProgramSettings::instance().variant);
     ui->labelStatus->setText(tr("Данные из %1").arg(name));
     m_popup->show(tr("[[OK]]Конфигурация успешно загружена"), Done);
-    logMessage(QStringLiteral("Конфигурация успешно загружена: %1").arg(name));
+    logMessage(QStringLiteral("Конфигурация успешно загружена: %1")
+                       .arg(DeviceVariant::nativeName(ProgramSettings::instance().variant)));
 
     saveConfig();
     applyVariant();
