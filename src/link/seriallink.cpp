@@ -47,7 +47,8 @@ void SerialLink::start()
     m_timer->start(kTimerPeriodMs);
 
     if (!m_port->open(QIODevice::ReadWrite)) {
-        emit error(tr("Ошибка открытия порта %1 : %2.").arg(m_portName, m_port->errorString()));
+        emit error(QStringLiteral("Ошибка открытия порта %1 : %2.")
+                           .arg(m_portName, m_port->errorString()));
         return;
     }
     connect(m_port, &QSerialPort::errorOccurred, this, &SerialLink::serialPortError);
@@ -62,7 +63,7 @@ void SerialLink::runTask(SerialTask *task)
         startTask(task);
         return;
     }
-    emit logMessage(tr("Ставим команду в очередь: %1").arg(task->command));
+    emit logMessage(QStringLiteral("Ставим команду в очередь: %1").arg(task->command));
     m_queue.push_back(task);
 }
 
@@ -83,7 +84,7 @@ void SerialLink::startTask(SerialTask *task)
 
 void SerialLink::serialPortError(QSerialPort::SerialPortError code)
 {
-    emit error(tr("Ошибка: %1.").arg(m_port->errorString()));
+    emit error(QStringLiteral("Ошибка: %1.").arg(m_port->errorString()));
     if (code != QSerialPort::ReadError && code != QSerialPort::ResourceError)
         return;
     // The far end is gone (a pty whose master closed, a USB adapter pulled out). The port would
@@ -106,7 +107,7 @@ void SerialLink::serialPortReadyRead()
     for (;;) {
         const qint64 count = m_port->read(m_rxBuffer.data(), qint64(m_rxBuffer.size()));
         if (count < 0) {
-            emit error(tr("Ошибка чтения: %1.").arg(m_port->errorString()));
+            emit error(QStringLiteral("Ошибка чтения: %1.").arg(m_port->errorString()));
             return;
         }
         if (count == 0)
@@ -114,7 +115,7 @@ void SerialLink::serialPortReadyRead()
         if (!m_current) {
             const auto text = QString::fromLatin1(m_rxBuffer.data(),
                                                   int(qstrnlen(m_rxBuffer.data(), uint(count))));
-            emit logMessage(tr("Неожиданные данные на приёме: %1").arg(text));
+            emit logMessage(QStringLiteral("Неожиданные данные на приёме: %1").arg(text));
             continue;
         }
         const qint64 now = QDateTime::currentMSecsSinceEpoch();
@@ -125,7 +126,7 @@ void SerialLink::serialPortReadyRead()
         const qint64 limit = s_replyLimit;
         if (m_current->reply.size() > limit) {
             // Never silent, this reply would never end: the run is over.
-            emit error(tr("Ответ превысил %1 байт без паузы.").arg(limit));
+            emit error(QStringLiteral("Ответ превысил %1 байт без паузы.").arg(limit));
             dropPort();
             return;
         }
@@ -157,7 +158,7 @@ void SerialLink::checkTimeouts()
     task->status = task->reply.isEmpty() ? 2 : 1;
     task->done.release();
     emit logMessage(
-            tr("Отработали команду: %1, результат: %2. Время выполнения %3 мс")
+            QStringLiteral("Отработали команду: %1, результат: %2. Время выполнения %3 мс")
                     .arg(task->command,
                          task->status == 1 ? QStringLiteral("Success") : QStringLiteral("Timeout"),
                          QString::number(task->finishedAt - task->sentAt)));

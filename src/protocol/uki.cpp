@@ -210,7 +210,7 @@ void Uki::sendCommand(int index)
 
 void Uki::linkConnected()
 {
-    emit logMessage(tr("Порт %1: открыт.").arg(m_portName));
+    emit logMessage(QStringLiteral("Порт %1: открыт.").arg(m_portName));
     if (!m_program) {
         qDebug("Ukps::linkConnected() called but no active program");
         stopLink();
@@ -226,7 +226,7 @@ void Uki::linkConnected()
 
 void Uki::linkError(QString err)
 {
-    emit logMessage(tr("Порт %1: Ошибка: %2.").arg(m_portName, err));
+    emit logMessage(QStringLiteral("Порт %1: Ошибка: %2.").arg(m_portName, err));
     stopLink();
 }
 
@@ -262,12 +262,12 @@ void Uki::taskDone(SerialTask *task)
         return;
     }
     if (reply.isEmpty()) {
-        emit logMessage(tr("Нет ответа на команду %1").arg(command));
+        emit logMessage(QStringLiteral("Нет ответа на команду %1").arg(command));
         stopLink();
         return;
     }
     if (reply.startsWith(QLatin1String("Unrecognize"))) {
-        emit logMessage(tr("Ошибка при выполнении команды %1").arg(command));
+        emit logMessage(QStringLiteral("Ошибка при выполнении команды %1").arg(command));
         stopLink();
         return;
     }
@@ -289,7 +289,7 @@ void Uki::taskDone(SerialTask *task)
         sendCommand(index + 1);
         return;
     }
-    emit logMessage(tr("Результаты:"));
+    emit logMessage(QStringLiteral("Результаты:"));
     switch (m_program->type) {
     case UkiProgram::Write:
         m_program->success = true;
@@ -363,7 +363,7 @@ void Uki::threadFinished()
     // still held when it was stopped is never coming back.
     delete m_pendingTask;
     m_pendingTask = nullptr;
-    emit logMessage(tr("Порт %1: закрыт.").arg(m_portName));
+    emit logMessage(QStringLiteral("Порт %1: закрыт.").arg(m_portName));
     // The program stays active until its outcome has been told, so a request made by a receiver
     // is refused instead of starting a run whose flags would be reported here.
     const bool success = m_program && m_program->success;

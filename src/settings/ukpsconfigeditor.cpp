@@ -267,10 +267,12 @@ void UkpsConfigEditor::adaptToVariant(int variant)
     if (second) {
         if (modes->count() == commonModeCount)
             modes->insertItem(0, tr("АВТО"));
-        modes->setCurrentIndex(0);
     } else if (modes->count() == commonModeCount + 1) {
         modes->removeItem(0);
     }
+    // The items moved under the current one: show the record's mode again, so that a write
+    // right after a read sends back what the device holds.
+    modes->setCurrentIndex(m_lastLoaded.value(UkpsSettings::ModeDef));
 }
 
 void UkpsConfigEditor::showRow(QWidget *field, QLabel *label, bool shown)

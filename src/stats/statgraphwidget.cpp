@@ -340,12 +340,14 @@ bool StatGraphWidget::start(const Job &job)
     // A request while the engine runs is refused by it and would also end the run in progress.
     if (m_uki->isBusy()) {
         if (job.type == Job::Write)
-            qInfo().noquote() << tr("Устройство занято, канал не записан: Адрес: %1; Канал: %2;")
-                                         .arg(address)
-                                         .arg(channel + 1);
+            qInfo().noquote()
+                    << QStringLiteral("Устройство занято, канал не записан: Адрес: %1; Канал: %2;")
+                               .arg(address)
+                               .arg(channel + 1);
         else
-            qInfo().noquote() << tr("Устройство занято, статистика не прочитана: Адрес: %1; "
-                                    "Канал: %2;")
+            qInfo().noquote() << QStringLiteral(
+                                         "Устройство занято, статистика не прочитана: Адрес: %1; "
+                                         "Канал: %2;")
                                          .arg(address)
                                          .arg(channel + 1);
         return false;
@@ -363,7 +365,8 @@ bool StatGraphWidget::start(const Job &job)
     StatChannel &entry = m_graph->entry(address, channel);
     const uint lower = entry.lower() * kUnitsPerStep;
     const uint upper = entry.upper() * kUnitsPerStep;
-    qInfo().noquote() << tr("Запись канала: Адрес: %1; Канал: %2;").arg(address).arg(channel + 1);
+    qInfo().noquote()
+            << QStringLiteral("Запись канала: Адрес: %1; Канал: %2;").arg(address).arg(channel + 1);
     if (!m_uki->writeCustomChannel(address, channel + 1, lower, upper, entry.rLoc()))
         return false;
     m_running = true;
@@ -398,8 +401,9 @@ void StatGraphWidget::configWriteDone(bool success)
         // Not written: the settings stay unsaved so the user can try again.
         const Key &key = m_current.key;
         m_graph->entry(key.first, key.second).setChanged(true);
-        qInfo().noquote()
-                << tr("Канал не записан: Адрес: %1; Канал: %2;").arg(key.first).arg(key.second + 1);
+        qInfo().noquote() << QStringLiteral("Канал не записан: Адрес: %1; Канал: %2;")
+                                     .arg(key.first)
+                                     .arg(key.second + 1);
         emit setButtonsEnabled(true);
     }
     finishJob();

@@ -249,7 +249,7 @@ CsvMessage CsvFiles::savePage(const QString &fileName, const QByteArray &bytes)
 {
     if (!writeFile(fileName, bytes))
         return {tr("[[ERR]]Ошибка записи в файл %1.").arg(nativeName(fileName)), 3000};
-    qDebug().noquote() << tr("Данные записаны в файл : %1").arg(nativeName(fileName));
+    qDebug().noquote() << QStringLiteral("Данные записаны в файл : %1").arg(nativeName(fileName));
     return {tr("[[OK]]Файл записан"), 3000};
 }
 

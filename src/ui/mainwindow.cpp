@@ -89,8 +89,9 @@ void MainWindow::saveConfig()
     // file whole.
     QSaveFile file(Application::configFilePath(QStringLiteral("config.json")));
     const auto fail = [&file] {
-        qCritical().noquote()
-                << tr("MainWindow::saveConfig() - ошибка записи в файл %1.").arg(file.fileName());
+        qCritical().noquote() << QStringLiteral(
+                                         "MainWindow::saveConfig() - ошибка записи в файл %1.")
+                                         .arg(file.fileName());
     };
     if (!file.open(QIODevice::WriteOnly)) {
         fail();
@@ -304,13 +305,15 @@ void MainWindow::reconnect()
     ui->plainTextUkiConfig->clear();
     m_ukpsConfigEditor->hide();
     m_ukiConfigEditor->hide();
+    // Nothing left to save until a settings read or a loaded file shows settings again.
+    ui->tbSaveConfigToFile->setEnabled(false);
     ui->labelStatus->setText(QString());
     ui->pageArchivesTable->hide();
     ui->plainTextArchive->hide();
 
     logMessage(QStringLiteral("Connecting..."));
     if (m_uki->readData(Uki::ReadIdentification)) {
-        logMessage(tr("Подключаемся..."));
+        logMessage(QStringLiteral("Подключаемся..."));
         m_popup->show(tr("[[INFO]]Подключаемся..."), WhileWorking);
     }
 }
@@ -319,7 +322,7 @@ void MainWindow::connectAndRead()
 {
     ui->plainTextUkiConfig->clear();
     if (m_uki->readData(Uki::ReadSettings | Uki::ReadIdentification)) {
-        logMessage(tr("Подключаемся..."));
+        logMessage(QStringLiteral("Подключаемся..."));
         m_popup->show(tr("[[INFO]]Читаем данные..."), WhileWorking);
     }
 }
@@ -333,11 +336,11 @@ void MainWindow::readConfig()
     if (isMonitorVersion(version)) {
         if (m_uki->readData(Uki::ReadSettings | Uki::ReadIdentification | Uki::ReadCustomChannels
                             | Uki::ReadCorrections)) {
-            logMessage(tr("Читаем конфигурацию УКИ..."));
+            logMessage(QStringLiteral("Читаем конфигурацию УКИ..."));
             m_popup->show(tr("[[INFO]]Читаем конфигурацию УКИ..."), WhileWorking);
         }
     } else if (m_uki->readData(Uki::ReadSettings)) {
-        logMessage(tr("Читаем конфигурацию УКПС..."));
+        logMessage(QStringLiteral("Читаем конфигурацию УКПС..."));
         m_popup->show(tr("[[INFO]]Читаем конфигурацию УКПС..."), WhileWorking);
     }
 }
@@ -457,7 +460,7 @@ void MainWindow::identificationRead()
 
     showLocatorPages(DeviceVariant::hasLocators(variant));
 
-    logMessage(tr("Подключено устройство: %1").arg(name));
+    logMessage(QStringLiteral("Подключено устройство: %1").arg(DeviceVariant::nativeName(variant)));
     m_popup->show(tr("[[OK]]Подключено устройство: %1").arg(name), Done);
 }
 
@@ -500,7 +503,8 @@ void MainWindow::settingsRead()
     const QString name = DeviceVariant::displayName(ProgramSettings::instance().variant);
     ui->labelStatus->setText(tr("Данные из %1").arg(name));
     m_popup->show(tr("[[OK]]Конфигурация успешно загружена"), Done);
-    logMessage(tr("Конфигурация успешно загружена: %1").arg(name));
+    logMessage(QStringLiteral("Конфигурация успешно загружена: %1")
+                       .arg(DeviceVariant::nativeName(ProgramSettings::instance().variant)));
 
     saveConfig();
     applyVariant();

@@ -132,4 +132,6 @@ private:
     // next identification read from a device.
     QStringList m_fileVersionLines;
     bool m_settingsFromFile = false;
+    // A settings file has been loaded during this run; the statistics page's channels need one.
+    bool m_settingsFileOpened = false;
 };

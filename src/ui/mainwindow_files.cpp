@@ -160,6 +160,7 @@ void MainWindow::loadConfigFromFile()
 
     m_fileVersionLines = file.versionLines;
     m_settingsFromFile = true;
+    m_settingsFileOpened = true;
     const bool withLocators = DeviceVariant::hasLocators(variant);
     if (withLocators) {
         ui->tableLocators->setModel(nullptr);
@@ -263,9 +264,8 @@ void MainWindow::saveChannelsToFile()
 
 void MainWindow::loadChannelsFromFile()
 {
-    // The channels belong to the devices of a versions list: from a settings file or a device.
-    const std::shared_ptr<Locators> locators = m_uki->locators();
-    if (!locators || locators->size() == 0) {
+    // The channels belong to the monitors of a settings file: one must have been opened first.
+    if (!m_settingsFileOpened) {
         showMessage(CsvFiles::settingsFileFirstMessage());
         return;
     }

@@ -517,12 +517,7 @@
         <translation>[[ERR]]Error writing file %1.</translation>
     </message>
     <message>
-        <location line="+1"/>
-        <source>Данные записаны в файл : %1</source>
-        <translation>Data written to file: %1</translation>
-    </message>
-    <message>
-        <location line="+1"/>
+        <location line="+2"/>
         <source>[[OK]]Файл записан</source>
         <translation>[[OK]]File written</translation>
     </message>
@@ -965,7 +960,7 @@
     </message>
     <message>
         <location line="+106"/>
-        <location filename="../../ui/mainwindow.cpp" line="+469"/>
+        <location filename="../../ui/mainwindow.cpp" line="+472"/>
         <source>Коррекция ТТ</source>
         <translation>CT correction</translation>
     </message>
@@ -1107,23 +1102,12 @@
         <translation>KIRANTO-Link</translation>
     </message>
     <message>
-        <location filename="../../ui/mainwindow.cpp" line="-378"/>
-        <source>MainWindow::saveConfig() - ошибка записи в файл %1.</source>
-        <translation>MainWindow::saveConfig() - error writing file %1.</translation>
-    </message>
-    <message>
-        <location line="+49"/>
+        <location filename="../../ui/mainwindow.cpp" line="-331"/>
         <source>Команд выполнено: %v из %m</source>
         <translation>Commands done: %v of %m</translation>
     </message>
     <message>
-        <location line="+171"/>
-        <location line="+9"/>
-        <source>Подключаемся...</source>
-        <translation>Connecting...</translation>
-    </message>
-    <message>
-        <location line="-8"/>
+        <location line="+174"/>
         <source>[[INFO]]Подключаемся...</source>
         <translation>[[INFO]]Connecting...</translation>
     </message>
@@ -1133,22 +1117,12 @@
         <translation>[[INFO]]Reading data...</translation>
     </message>
     <message>
-        <location line="+13"/>
-        <source>Читаем конфигурацию УКИ...</source>
-        <translation>Reading IMD configuration...</translation>
-    </message>
-    <message>
-        <location line="+1"/>
+        <location line="+14"/>
         <source>[[INFO]]Читаем конфигурацию УКИ...</source>
         <translation>[[INFO]]Reading IMD configuration...</translation>
     </message>
     <message>
-        <location line="+3"/>
-        <source>Читаем конфигурацию УКПС...</source>
-        <translation>Reading UKPS configuration...</translation>
-    </message>
-    <message>
-        <location line="+1"/>
+        <location line="+4"/>
         <source>[[INFO]]Читаем конфигурацию УКПС...</source>
         <translation>[[INFO]]Reading UKPS configuration...</translation>
     </message>
@@ -1173,12 +1147,7 @@
         <translation>&lt;html&gt;&lt;head/&gt;&lt;body&gt;&lt;p align=&quot;center&quot;&gt;&lt;span style=&quot;font-weight:600;&quot;&gt;%1&lt;/span&gt;&lt;br&gt;Firmware version - &lt;span style=&quot;font-weight:600;&quot;&gt;%2&lt;/span&gt;&lt;/p&gt;&lt;/body&gt;&lt;/html&gt;</translation>
     </message>
     <message>
-        <location line="+14"/>
-        <source>Подключено устройство: %1</source>
-        <translation>Device connected: %1</translation>
-    </message>
-    <message>
-        <location line="+1"/>
+        <location line="+15"/>
         <source>[[OK]]Подключено устройство: %1</source>
         <translation>[[OK]]Device connected: %1</translation>
     </message>
@@ -1193,12 +1162,7 @@
         <translation>[[OK]]Configuration loaded</translation>
     </message>
     <message>
-        <location line="+1"/>
-        <source>Конфигурация успешно загружена: %1</source>
-        <translation>Configuration loaded: %1</translation>
-    </message>
-    <message>
-        <location line="+46"/>
+        <location line="+47"/>
         <source>[[OK]]Данные отправлены</source>
         <translation>[[OK]]Data sent</translation>
     </message>
@@ -1218,7 +1182,7 @@
         <translation>[[ERR]]Could not read the fault search statistics</translation>
     </message>
     <message>
-        <location filename="../../ui/mainwindow_files.cpp" line="+40"/>
+        <location filename="../../ui/mainwindow_files.cpp" line="+57"/>
         <source>Файлы csv (*.csv)</source>
         <translation>CSV files (*.csv)</translation>
     </message>
@@ -1228,85 +1192,47 @@
         <translation>Save configuration to file</translation>
     </message>
     <message>
-        <location line="+15"/>
-        <location line="+164"/>
+        <location line="+17"/>
+        <location line="+150"/>
         <source>Загрузка конфигурации УКИ из файла</source>
         <translation>Load IMD configuration from file</translation>
     </message>
     <message>
-        <location line="-109"/>
-        <location line="+37"/>
+        <location line="-100"/>
+        <location line="+32"/>
         <source>Данные из файла %1</source>
         <translation>Data from file %1</translation>
     </message>
     <message>
-        <location line="-28"/>
+        <location line="-23"/>
         <source>Сохранение архива событий в файл</source>
         <translation>Save event archive to file</translation>
     </message>
     <message>
-        <location line="+17"/>
+        <location line="+18"/>
         <source>Загрузка архива из файла</source>
         <translation>Load event archive from file</translation>
     </message>
     <message>
-        <location line="+20"/>
-        <location line="+40"/>
+        <location line="+14"/>
+        <location line="+35"/>
         <source>[[WARN]]Нечего сохранять!</source>
         <translation>[[WARN]]Nothing to save!</translation>
     </message>
     <message>
-        <location line="-35"/>
+        <location line="-30"/>
         <source>Сохранение коррекций ТТ в файл</source>
         <translation>Save CT corrections to file</translation>
     </message>
     <message>
-        <location line="+11"/>
+        <location line="+12"/>
         <source>Загрузка коррекций ТТ из файла</source>
         <translation>Load CT corrections from file</translation>
     </message>
     <message>
-        <location line="+29"/>
+        <location line="+23"/>
         <source>Сохранение текущей конфигурации в файл</source>
         <translation>Save current configuration to file</translation>
-    </message>
-</context>
-<context>
-    <name>SerialLink</name>
-    <message>
-        <location filename="../../link/seriallink.cpp" line="+50"/>
-        <source>Ошибка открытия порта %1 : %2.</source>
-        <translation>Error opening port %1: %2.</translation>
-    </message>
-    <message>
-        <location line="+14"/>
-        <source>Ставим команду в очередь: %1</source>
-        <translation>Queueing command: %1</translation>
-    </message>
-    <message>
-        <location line="+21"/>
-        <source>Ошибка: %1.</source>
-        <translation>Error: %1.</translation>
-    </message>
-    <message>
-        <location line="+23"/>
-        <source>Ошибка чтения: %1.</source>
-        <translation>Read error: %1.</translation>
-    </message>
-    <message>
-        <location line="+8"/>
-        <source>Неожиданные данные на приёме: %1</source>
-        <translation>Unexpected data received: %1</translation>
-    </message>
-    <message>
-        <location line="+11"/>
-        <source>Ответ превысил %1 байт без паузы.</source>
-        <translation>Reply exceeded %1 bytes without a pause.</translation>
-    </message>
-    <message>
-        <location line="+32"/>
-        <source>Отработали команду: %1, результат: %2. Время выполнения %3 мс</source>
-        <translation>Command done: %1, result: %2. Execution time %3 ms</translation>
     </message>
 </context>
 <context>
@@ -1424,59 +1350,6 @@ threshold</translation>
         <location line="+4"/>
         <source>Записать настройки канала в УКИ</source>
         <translation>Write channel settings to the IMD</translation>
-    </message>
-    <message>
-        <location line="+119"/>
-        <source>Устройство занято, канал не записан: Адрес: %1; Канал: %2;</source>
-        <translation>Device busy, channel not written: Address: %1; Channel: %2;</translation>
-    </message>
-    <message>
-        <location line="+4"/>
-        <source>Устройство занято, статистика не прочитана: Адрес: %1; Канал: %2;</source>
-        <translation>Device busy, statistics not read: Address: %1; Channel: %2;</translation>
-    </message>
-    <message>
-        <location line="+19"/>
-        <source>Запись канала: Адрес: %1; Канал: %2;</source>
-        <translation>Writing channel: Address: %1; Channel: %2;</translation>
-    </message>
-    <message>
-        <location line="+36"/>
-        <source>Канал не записан: Адрес: %1; Канал: %2;</source>
-        <translation>Channel not written: Address: %1; Channel: %2;</translation>
-    </message>
-</context>
-<context>
-    <name>Uki</name>
-    <message>
-        <location filename="../../protocol/uki.cpp" line="+212"/>
-        <source>Порт %1: открыт.</source>
-        <translation>Port %1: opened.</translation>
-    </message>
-    <message>
-        <location line="+16"/>
-        <source>Порт %1: Ошибка: %2.</source>
-        <translation>Port %1: Error: %2.</translation>
-    </message>
-    <message>
-        <location line="+35"/>
-        <source>Нет ответа на команду %1</source>
-        <translation>No reply to command %1</translation>
-    </message>
-    <message>
-        <location line="+5"/>
-        <source>Ошибка при выполнении команды %1</source>
-        <translation>Error executing command %1</translation>
-    </message>
-    <message>
-        <location line="+22"/>
-        <source>Результаты:</source>
-        <translation>Results:</translation>
-    </message>
-    <message>
-        <location line="+74"/>
-        <source>Порт %1: закрыт.</source>
-        <translation>Port %1: closed.</translation>
     </message>
 </context>
 <context>
