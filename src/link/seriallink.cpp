@@ -81,11 +81,9 @@ void SerialLink::startTask(SerialTask *task)
 
 void SerialLink::serialPortError(QSerialPort::SerialPortError code)
 {
-    // Only the zero-time poll in bytesWaiting() times out; finding nothing there is no fault.
-    if (code == QSerialPort::TimeoutError) {
-        m_port->clearError();
+    // Only the zero-time poll in bytesWaiting() times out: finding nothing there is no fault.
+    if (code == QSerialPort::NoError || code == QSerialPort::TimeoutError)
         return;
-    }
     emit error(tr("Ошибка: %1.").arg(m_port->errorString()));
     if (code != QSerialPort::ReadError && code != QSerialPort::ResourceError)
         return;

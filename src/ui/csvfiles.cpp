@@ -289,9 +289,8 @@ QStringList CsvFiles::decodeLines(const QByteArray &bytes, Kind kind)
 
     QStringList lines;
     lines.reserve(raw.size());
-    for (int i = 0; i < raw.size(); ++i) {
+    for (int i = 0; i < raw.size(); ++i)
         lines << (i < utf8Lines ? QString::fromUtf8(raw.at(i)) : QString::fromLocal8Bit(raw.at(i)));
-    }
     return lines;
 }
 
