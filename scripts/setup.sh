@@ -9,6 +9,8 @@ packages=(
     dpkg-dev
     qtbase5-dev libqt5serialport5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools
     qttranslations5-l10n
+    qt6-base-dev qt6-serialport-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools
+    qt6-translations-l10n
     xvfb xauth
     dfu-util
     clang libclang-rt-14-dev

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs what is missing, then builds and tests three trees:
+# Installs what is missing, then builds and tests these trees:
 #   build       the normal build: the whole suite, the Debian package check among it
+#   build-qt6   the normal build with Qt 6 instead of Qt 5.15: the whole suite
 #   build-asan  AddressSanitizer + UndefinedBehaviorSanitizer + LeakSanitizer: the whole suite
 #   build-tsan  ThreadSanitizer: serial link, engine and soak tests only (scripts/tsan.sh)
 #   build-fuzz  libFuzzer: a short smoke run of every fuzz target (scripts/fuzz.sh --smoke)
@@ -72,6 +73,12 @@ normal_ctest() {
     QT_QPA_PLATFORM=offscreen run_ctest build
 }
 
+qt6_tree() {
+    scripts/setup.sh build-qt6 -DKIRANTO_QT_MAJOR=6 -DKIRANTO_WERROR=ON \
+        -DKIRANTO_BUILD_BENCH=OFF -DKIRANTO_BUILD_FUZZ=OFF || return
+    QT_QPA_PLATFORM=offscreen run_ctest build-qt6
+}
+
 # The ctest summary line(s) of a tree, joined by "; ".
 summary_of() {
     local lines
@@ -86,6 +93,7 @@ timed "build-asan: configure, build" scripts/setup.sh build-asan -DKIRANTO_SANIT
 timed "build-asan: ctest (ASan, LSan, UBSan)" asan_ctest
 timed "build-tsan: configure, build, ctest" scripts/tsan.sh
 timed "build-fuzz: build, fuzz smoke run" scripts/fuzz.sh --smoke
+timed "build-qt6: configure, build, ctest" qt6_tree
 timed "build: ctest" normal_ctest
 
 total=$((SECONDS - total_start))
@@ -98,6 +106,7 @@ printf '%-38s %3d min %02d s wall, %5d s CPU\n' "total" $((total / 60)) $((total
 echo
 echo "build-tsan (ThreadSanitizer): $(summary_of build-tsan)"
 echo "build-asan (ASan, LSan, UBSan): $(summary_of build-asan)"
+echo "build-qt6 (Qt 6): $(summary_of build-qt6)"
 if [ ${#failed[@]} -gt 0 ]; then
     printf 'FAILED: %s\n' "${failed[@]}"
 fi

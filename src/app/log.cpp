@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QTextStream>
 
 #include <cstdlib>
 
@@ -95,12 +94,11 @@ void Log::messageHandler(QtMsgType type, const QMessageLogContext &context, cons
     QFile file(QDir(folder).absoluteFilePath(fileName(stamp.date())));
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text))
         return;
-    QTextStream out(&file);
-    out.setCodec("UTF-8");
-    out << entry(type, context, message, stamp.time());
+    // UTF-8 whatever the locale. The file buffers what is written until it is closed.
+    file.write(entry(type, context, message, stamp.time()).toUtf8());
     // A fatal entry ends the process here, without its line end and without a flush.
     if (type == QtFatalMsg)
         std::abort();
-    out << Qt::endl;
+    file.write("\n");
     file.close();
 }

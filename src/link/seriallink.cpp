@@ -6,8 +6,6 @@
 #include <atomic>
 #include <cstring>
 
-#include <sys/ioctl.h>
-
 namespace {
 constexpr int kTimerPeriodMs = 5;
 // Set from any thread, read by every link in its worker thread.
@@ -84,6 +82,9 @@ void SerialLink::startTask(SerialTask *task)
 
 void SerialLink::serialPortError(QSerialPort::SerialPortError code)
 {
+    // Only the zero-time poll in bytesWaiting() times out: finding nothing there is no fault.
+    if (code == QSerialPort::NoError || code == QSerialPort::TimeoutError)
+        return;
     emit error(QStringLiteral("Ошибка: %1.").arg(m_port->errorString()));
     if (code != QSerialPort::ReadError && code != QSerialPort::ResourceError)
         return;
@@ -134,15 +135,16 @@ void SerialLink::serialPortReadyRead()
 }
 
 // Bytes that reached the line but are not read yet: the silence is not real when this thread
-// was held up longer than the time-out with the reply already waiting in the driver.
-bool SerialLink::bytesWaiting() const
+// was held up longer than the time-out with the reply already waiting in the driver. A poll of
+// the port that does not block reads such bytes in now; its readyRead() reaches
+// serialPortReadyRead() before it returns, which moves the task's last activity on.
+bool SerialLink::bytesWaiting()
 {
     if (!m_port || !m_port->isOpen())
         return false;
     if (m_port->bytesAvailable() > 0)
         return true;
-    int pending = 0;
-    return ::ioctl(int(m_port->handle()), FIONREAD, &pending) == 0 && pending > 0;
+    return m_port->waitForReadyRead(0);
 }
 
 void SerialLink::checkTimeouts()

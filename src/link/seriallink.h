@@ -50,7 +50,7 @@ private slots:
 
 private:
     void startTask(SerialTask *task);
-    bool bytesWaiting() const;
+    bool bytesWaiting();
     void dropPort();
 
     QString m_portName;

@@ -45,7 +45,7 @@ const TypeTables &typeTables()
     return tables;
 }
 
-bool twoDigits(const QStringRef &text, int pos, int &value)
+bool twoDigits(QStringView text, int pos, int &value)
 {
     const ushort hi = text.at(pos).unicode();
     const ushort lo = text.at(pos + 1).unicode();
@@ -56,8 +56,8 @@ bool twoDigits(const QStringRef &text, int pos, int &value)
 }
 
 // The value of a field of 1 to 9 plain digits, which cannot overflow; anything else is left to
-// QStringRef's own conversion, so the result is always the same as toUInt()/toInt().
-bool plainDigits(const QStringRef &text, quint32 &value)
+// QStringView's own conversion, so the result is always the same as toUInt()/toInt().
+bool plainDigits(QStringView text, quint32 &value)
 {
     const int size = text.size();
     if (size < 1 || size > 9)
@@ -73,13 +73,13 @@ bool plainDigits(const QStringRef &text, quint32 &value)
     return true;
 }
 
-quint32 toUInt(const QStringRef &text)
+quint32 toUInt(QStringView text)
 {
     quint32 value = 0;
     return plainDigits(text, value) ? value : text.toUInt();
 }
 
-qint32 toInt(const QStringRef &text)
+qint32 toInt(QStringView text)
 {
     quint32 value = 0;
     return plainDigits(text, value) ? qint32(value) : text.toInt();
@@ -452,7 +452,7 @@ quint32 ArchiveData::timeFromText(const QString &date, const QString &time)
 // dominate a large dump, so a well-formed date and time are computed from the start of their
 // day, cached per day, as long as the day has a single UTC offset (in both the year as read
 // and the year 100 later). Anything else goes the long way.
-quint32 ArchiveData::cachedTime(const QStringRef &date, const QStringRef &time)
+quint32 ArchiveData::cachedTime(QStringView date, QStringView time)
 {
     int day = 0, month = 0, year = 0, hours = 0, minutes = 0, seconds = 0;
     if (date.size() == 8 && time.size() == 8 && twoDigits(date, 0, day)
@@ -502,13 +502,13 @@ void ArchiveData::parseLines(const QStringList &lines)
 bool ArchiveData::parseLine(const QString &line, ArchiveEvent &event)
 {
     const QString text = line.trimmed();
-    QStringRef fields[maxFields];
+    QStringView fields[maxFields];
     int count = 0;
     for (int start = 0;;) {
         const int tab = text.indexOf(QLatin1Char('\t'), start);
         const int end = tab < 0 ? text.size() : tab;
         if (count < maxFields)
-            fields[count] = QStringRef(&text, start, end - start);
+            fields[count] = QStringView(text).mid(start, end - start);
         ++count;
         if (tab < 0)
             break;

@@ -3,6 +3,7 @@
 #include <QAbstractTableModel>
 #include <QHash>
 #include <QStringList>
+#include <QStringView>
 #include <QVector>
 
 #include <array>
@@ -135,7 +136,7 @@ private:
 
     void parseLines(const QStringList &lines);
     bool parseLine(const QString &line, ArchiveEvent &event);
-    quint32 cachedTime(const QStringRef &date, const QStringRef &time);
+    quint32 cachedTime(QStringView date, QStringView time);
 
     QVector<ArchiveEvent> m_events;
     QHash<quint32, Day> m_days; // by yymmdd of the dump date, during one parse

@@ -10,7 +10,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QTextCodec>
 
 namespace {
 
@@ -148,7 +147,7 @@ QByteArray CsvFiles::archiveFile(int variant, const QString &archiveText)
     // The archive text goes out in the local 8-bit encoding, not UTF-8: readers of these files
     // open them with the system's own code page.
     const QString text = archiveText.split(QLatin1Char('\n')).join(QLatin1String(lineEnd));
-    return pageHeader(variant) + QTextCodec::codecForLocale()->fromUnicode(text);
+    return pageHeader(variant) + text.toLocal8Bit();
 }
 
 QByteArray CsvFiles::settingsFile(int variant,
@@ -288,11 +287,10 @@ QStringList CsvFiles::decodeLines(const QByteArray &bytes, Kind kind)
         utf8Lines = pageHeaderLines;
     }
 
-    QTextCodec *local = QTextCodec::codecForLocale();
     QStringList lines;
     lines.reserve(raw.size());
     for (int i = 0; i < raw.size(); ++i)
-        lines << (i < utf8Lines ? QString::fromUtf8(raw.at(i)) : local->toUnicode(raw.at(i)));
+        lines << (i < utf8Lines ? QString::fromUtf8(raw.at(i)) : QString::fromLocal8Bit(raw.at(i)));
     return lines;
 }
 

@@ -63,7 +63,8 @@ public:
     // "\r\n--------------\r\n"; UTF-8.
     static QByteArray pageHeader(int variant);
     // Header, then the archive view's text split at "\n" and joined with "\r\n" in the local
-    // 8-bit encoding (QTextCodec::codecForLocale()).
+    // 8-bit encoding (QString::toLocal8Bit(): the locale's codec on Qt 5, the system code page
+    // on Windows and UTF-8 elsewhere on Qt 6).
     static QByteArray archiveFile(int variant, const QString &archiveText);
     // Header, the settings lines, and for a variant with locators a non-empty versions list
     // after "\r\n--------------------\r\n"; UTF-8.

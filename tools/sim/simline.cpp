@@ -273,7 +273,7 @@ void SimLine::startCommand(const QByteArray &command, int64_t now)
     m_job.active = true;
     m_job.bytes = reply;
     m_job.nextDue = now + (fault == Fault::Slow ? slowFirstByteNs : m_latencyNs);
-    const int half = std::max(1, reply.size() / 2);
+    const int half = std::max(1, int(reply.size() / 2));
     if (fault == Fault::Gap) {
         // At the end of the line that crosses the middle, or mid-line for a one-line reply.
         const int lineEnd = reply.indexOf('\n', half - 1) + 1;
