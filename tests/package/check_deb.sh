@@ -48,7 +48,13 @@ expect_field Section electronics
 depends=$(field Depends)
 # Package names of Depends, alternatives included, one a line.
 names=$(tr ',|' '\n\n' <<<"$depends" | sed 's/(.*)//; s/ //g' | sed '/^$/d')
-for lib in libc6 libstdc++6 libqt5core5a libqt5gui5 libqt5widgets5 libqt5serialport5 libqt5svg5; do
+qt_major=$(sed -n 's/^KIRANTO_QT_MAJOR:[A-Z]*=//p' "$build/CMakeCache.txt")
+if [ "$qt_major" = 6 ]; then
+    qt_libs="libqt6core6 libqt6gui6 libqt6widgets6 libqt6serialport6 libqt6svg6"
+else
+    qt_libs="libqt5core5a libqt5gui5 libqt5widgets5 libqt5serialport5 libqt5svg5"
+fi
+for lib in libc6 libstdc++6 $qt_libs; do
     grep -qxF "$lib" <<<"$names" || fail "Depends lacks $lib: $depends"
 done
 description=$(field Description)
