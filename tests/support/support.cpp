@@ -63,6 +63,13 @@ void Simulator::stop()
     }
 }
 
+int Simulator::exitCode(int waitMs)
+{
+    if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(waitMs))
+        return -1;
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+}
+
 QStringList Simulator::receivedCommands() const
 {
     QStringList commands;

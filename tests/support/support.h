@@ -25,6 +25,8 @@ public:
     // SIGTERM, then SIGKILL after 5 s.
     void stop();
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+    // Waits up to waitMs for the process to end; its exit code, or -1 if it runs on or crashed.
+    int exitCode(int waitMs = 5000);
 
     QString link() const { return m_link; }
     // The simulator's settings file and transcript (given as --state and --log by start()).
