@@ -27,15 +27,12 @@ constexpr int kArchiveEvents = 20;
 const char *const kDeviceButtons[] = {
         "tbConnect", "tbReadConfig", "tbWriteConfig", "tbReadArchive", "tbWriteCorrections"};
 
-// A pattern ending in '*' matches the lines that begin with the rest of it.
+// Lines equal to the pattern, or beginning with it when it ends in '*'.
 int countMatches(const QStringList &lines, const QString &pattern)
 {
-    const bool prefix = pattern.endsWith(QLatin1Char('*'));
-    const QString text = prefix ? pattern.chopped(1) : pattern;
-    int count = 0;
-    for (const QString &line : lines)
-        count += prefix ? line.startsWith(text) : line == text;
-    return count;
+    return int(std::count_if(lines.begin(), lines.end(), [&pattern](const QString &line) {
+        return pattern.endsWith('*') ? line.startsWith(pattern.chopped(1)) : line == pattern;
+    }));
 }
 
 int threadCount()
@@ -52,11 +49,7 @@ qint64 processCpuMs()
     return qint64(ts.tv_sec) * 1000 + ts.tv_nsec / 1000000;
 }
 
-enum Outcome { Kept, ArchiveCut, NoiseBlocks };
-
 } // namespace
-
-Q_DECLARE_METATYPE(Outcome)
 
 class tst_FaultMatrix : public QObject
 {
@@ -64,17 +57,13 @@ class tst_FaultMatrix : public QObject
 
 private slots:
     void initTestCase();
-    void cleanupTestCase();
     void fault_data();
     void fault();
 
 private:
-    // What the user has in front of them, to compare before and after a run.
-    struct Data
-    {
-        QStringList editor, locators, archive, corrections;
-        QList<bool> buttons;
-    };
+    // What the user has in front of them, to compare before and after a run: the editor's
+    // settings, the tables and the device buttons.
+    using Data = QMap<QString, QStringList>;
     template<typename T = QWidget>
     T *child(const char *name) const
     {
@@ -104,13 +93,6 @@ void tst_FaultMatrix::initTestCase()
     setFault({});
     m_window = std::make_unique<MainWindow>();
     m_window->show();
-}
-
-void tst_FaultMatrix::cleanupTestCase()
-{
-    m_window.reset();
-    m_sim.reset();
-    m_log.reset();
 }
 
 void tst_FaultMatrix::setFault(const QByteArray &rule)
@@ -186,100 +168,80 @@ void tst_FaultMatrix::establishBaseline()
     if (m_baselineValid)
         return;
     ProgramSettings::instance().port = m_sim->link();
-    Uki *uki = m_window->uki();
-    const std::pair<const char *, std::function<bool()>> steps[] = {
-            {"tbConnect",
-             [] {
-                 return true;
-             }},
-            {"tbReadConfig",
-             [uki] {
-                 return uki->locators()->rowCount() > 0 && uki->corrLines().endsWith("OK");
-             }},
-            {"tbReadArchive", [uki] {
-                 return uki->dumpLines().size() == kArchiveEvents + 2;
-             }}};
-    for (const auto &step : steps) {
+    const Uki *uki = m_window->uki();
+    for (const QString step : {"tbConnect", "tbReadConfig", "tbReadArchive"}) {
         bool done = false;
         for (int attempt = 0; attempt < 5 && !done; ++attempt) {
             QList<QVariant> report;
             QVERIFY(waitQuiet());
-            QVERIFY(start(QLatin1String(step.first), &report));
-            done = report.at(0).toBool() && step.second();
+            QVERIFY(start(step, &report));
+            done = report.at(0).toBool()
+                   && (step != "tbReadConfig"
+                       || (uki->locators()->rowCount() > 0 && uki->corrLines().endsWith("OK")))
+                   && (step != "tbReadArchive" || uki->dumpLines().size() == kArchiveEvents + 2);
         }
-        QVERIFY2(done, step.first);
+        QVERIFY2(done, qPrintable(step));
     }
-    QCOMPARE(snapshot().archive.size(), kArchiveEvents);
+    QCOMPARE(snapshot()["tableArchive"].size(), kArchiveEvents);
     m_baselineValid = true;
 }
 
 tst_FaultMatrix::Data tst_FaultMatrix::snapshot() const
 {
-    Data data;
     UkiSettings settings;
     m_window->findChild<UkiConfigEditor *>()->settings(settings);
-    data.editor = settings.toLines();
-    data.locators = modelRows(child<QTableView>("tableLocators")->model());
-    data.archive = modelRows(child<QTableView>("tableArchive")->model());
-    data.corrections = modelRows(child<QTableView>("tableCorrections")->model());
+    Data data{{"editor", settings.toLines()}};
+    for (const char *table : {"tableLocators", "tableArchive", "tableCorrections"})
+        data[table] = modelRows(child<QTableView>(table)->model());
     for (const char *name : kDeviceButtons)
-        data.buttons.append(child(name)->isEnabled());
+        data["buttons"].append(child(name)->isEnabled() ? name : "");
     return data;
 }
 
 void tst_FaultMatrix::fault_data()
 {
-    QTest::addColumn<QByteArray>("rule");
-    QTest::addColumn<QString>("run");
-    QTest::addColumn<bool>("success");
-    QTest::addColumn<QString>("popup");
-    // Lines of the protocol log, each exactly once; %1 the port.
-    QTest::addColumn<QStringList>("log");
-    QTest::addColumn<Outcome>("outcome");
-
-    const QString offline = QStringLiteral("[[Error]]Устройство не подключено: Автономная работа");
+    // fault rule | run: a button, "stats" or "connect:<port>" | success | popup ("%o" the offline
+    // message) | lines of the protocol log, each exactly once, ';' between, "%1" the port | what
+    // changes: "" nothing, "cut" the archive ends early, "noise" the tables built from the blocks
+    // are empty.
+    QTest::addColumn<QString>("row");
     QTest::newRow("silence: settings read fails")
-            << QByteArray("silence") << "tbReadConfig" << false << offline
-            << QStringList{"Нет ответа на команду get_cfg", "Порт %1: закрыт."} << Kept;
+            << "silence|tbReadConfig|0|%o|Нет ответа на команду get_cfg;Порт %1: закрыт.|";
     QTest::newRow("reject: write fails")
-            << QByteArray("reject") << "tbWriteConfig" << false << "[[Error]]Ошибка записи данных"
-            << QStringList{"Ошибка при выполнении команды set_cfg_*", "Порт %1: открыт."} << Kept;
+            << "reject|tbWriteConfig|0|[[Error]]Ошибка записи данных|"
+               "Ошибка при выполнении команды set_cfg_*;Порт %1: открыт.|";
     // The first byte 80 ms after the command: past the 50 ms answer time-out.
     QTest::newRow("slow: statistics fail")
-            << QByteArray("slow") << "stats" << false
-            << "[[Error]]Не удалось прочитать статистику поиска"
-            << QStringList{"Нет ответа на команду srch_stats_0_0_0_0"} << Kept;
+            << "slow|stats|0|[[Error]]Не удалось прочитать статистику поиска|"
+               "Нет ответа на команду srch_stats_0_0_0_0|";
     // 60 ms of silence in the dump ends it after 30: the events up to there are the archive.
-    QTest::newRow("gap: archive cut short")
-            << QByteArray("gap:dump") << "tbReadArchive" << true << QString()
-            << QStringList{"Порт %1: закрыт."} << ArchiveCut;
-    // Noise is an answer: every block is the noise, the tables built from it are empty.
-    QTest::newRow("garbage: blocks are noise") << QByteArray("garbage") << "tbReadConfig" << true
-                                               << "[[Ok]]Конфигурация успешно загружена"
-                                               << QStringList{"Порт %1: закрыт."} << NoiseBlocks;
+    QTest::newRow("gap: archive cut short") << "gap:dump|tbReadArchive|1||Порт %1: закрыт.|cut";
+    // Noise is an answer: every block is the noise.
+    QTest::newRow("garbage: blocks are noise")
+            << "garbage|tbReadConfig|1|[[Ok]]Конфигурация успешно загружена|Порт %1: закрыт.|noise";
     QTest::newRow("hangup: port error")
-            << QByteArray("hangup") << "tbReadArchive" << false << offline
-            << QStringList{"Порт %1: Ошибка: *", "Порт %1: закрыт."} << Kept;
+            << "hangup|tbReadArchive|0|%o|Порт %1: Ошибка: *;Порт %1: закрыт.|";
     QTest::newRow("flood: reply limit")
-            << QByteArray("flood") << "tbReadConfig" << false << offline
-            << QStringList{"Порт %1: Ошибка: Ответ превысил " + QString::number(kReplyLimit)
-                           + " байт без паузы.."}
-            << Kept;
+            << "flood|tbReadConfig|0|%o|Порт %1: Ошибка: Ответ превысил 16384 байт без паузы..|";
     QTest::newRow("port that does not exist")
-            << QByteArray() << "connect:/nonexistent/ttyKIRANTO" << false << offline
-            << QStringList{"Порт /nonexistent/ttyKIRANTO: Ошибка: Ошибка открытия порта "
-                           "/nonexistent/ttyKIRANTO : *"}
-            << Kept;
+            << "|connect:/nonexistent/ttyKIRANTO|0|%o|Порт /nonexistent/ttyKIRANTO: Ошибка: Ошибка "
+               "открытия порта /nonexistent/ttyKIRANTO : *|";
 }
 
 void tst_FaultMatrix::fault()
 {
-    QFETCH(QByteArray, rule);
-    QFETCH(QString, run);
-    QFETCH(bool, success);
-    QFETCH(QString, popup);
-    QFETCH(QStringList, log);
-    QFETCH(Outcome, outcome);
+    QFETCH(QString, row);
+    const QStringList field = row.split('|');
+    const QByteArray rule = field.at(0).toUtf8();
+    QString run = field.at(1);
+    const bool success = field.at(2) == "1";
+    const QString popup
+            = QString(field.at(3))
+                      .replace("%o",
+                               QStringLiteral(
+                                       "[[Error]]Устройство не подключено: Автономная работа"));
+    QStringList log = field.at(4).split(';');
+    const QString outcome = field.at(5);
 
     QList<QVariant> report;
     QStringList lines;
@@ -324,27 +286,16 @@ void tst_FaultMatrix::fault()
     for (const QString &pattern : qAsConst(log))
         QVERIFY2(countMatches(lines, pattern) == 1, qPrintable(pattern + '\n' + lines.join('\n')));
     const Data after = snapshot();
-    QCOMPARE(after.buttons, before.buttons);
-    QCOMPARE(after.editor, before.editor);
-    switch (outcome) {
-    case Kept:
-        QCOMPARE(after.archive, before.archive);
-        QCOMPARE(after.locators, before.locators);
-        QCOMPARE(after.corrections, before.corrections);
-        break;
-    case ArchiveCut:
-        QVERIFY(!after.archive.isEmpty());
-        QVERIFY(after.archive.size() < before.archive.size());
-        QCOMPARE(after.archive, before.archive.mid(0, after.archive.size()));
-        QCOMPARE(after.locators, before.locators);
-        break;
-    case NoiseBlocks:
+    Data expected = before;
+    if (outcome == "cut") {
+        QVERIFY(!after["tableArchive"].isEmpty());
+        QVERIFY(after["tableArchive"].size() < before["tableArchive"].size());
+        expected["tableArchive"] = before["tableArchive"].mid(0, after["tableArchive"].size());
+    } else if (outcome == "noise") {
         QCOMPARE(m_window->uki()->getCfgLines().size(), 1);
-        QCOMPARE(after.locators, QStringList());
-        QCOMPARE(after.corrections, QStringList());
-        QCOMPARE(after.archive, before.archive);
-        break;
+        expected["tableLocators"] = expected["tableCorrections"] = QStringList();
     }
+    QCOMPARE(after, expected);
     if (!success && run.startsWith("tbRead"))
         QCOMPARE(child<QLabel>("label_IMS_Ver")->text(), QString());
     // The run's thread is gone and the process sleeps: a port left failing would spin a core.

@@ -1,6 +1,7 @@
 // The main window end to end: the real window, offscreen, talking to kiranto-sim, with its
 // folders in a scratch installation and its file dialogs answered by the test.
 
+#include "app/application.h"
 #include "app/programsettings.h"
 #include "models/archivefilterproxy.h"
 #include "models/locators.h"
@@ -12,6 +13,8 @@
 
 #include "support.h"
 
+#include <QTranslator>
+
 using namespace TestSupport;
 
 namespace {
@@ -19,14 +22,8 @@ namespace {
 // Runs that must succeed are tried again: on a loaded machine a reply can miss the link's 50 ms
 // answer time-out, which fails the run as a silent device would.
 constexpr int kAttempts = 3;
-
-QStringList comboItems(const QComboBox *combo)
-{
-    QStringList items;
-    for (int i = 0; i < combo->count(); ++i)
-        items.append(combo->itemText(i));
-    return items;
-}
+const QString kSettingsFirst = QStringLiteral(
+        "[[Error]]Сначала необходимо открыть файл конфигурации ИМС (...uki-config.csv)");
 
 } // namespace
 
@@ -42,8 +39,10 @@ private slots:
     void device_data();
     void device();
     void unknownVersionKeepsVariant();
-    void offline();
+    void firstWriteInEnglish_data();
+    void firstWriteInEnglish();
     void files();
+    void benchSummaryLine();
 
 private:
     template<typename T = QWidget>
@@ -51,24 +50,42 @@ private:
     {
         return m_window->findChild<T *>(QLatin1String(name));
     }
+    // A scratch installation with kiranto-sim started with `arguments`, and a window.
+    bool startDevice(const QStringList &arguments, int variant = 0);
     void newWindow();
     // Clicks until the engine reports success (or `mustSucceed` is false); m_sent holds the
     // commands the device received in the last attempt.
     bool run(const char *button, bool write = false, bool mustSucceed = true);
     bool connectThroughDialog(bool mustSucceed = true);
-    void answerDialogs(const QString &name);
+    void click(const char *button) { child<QToolButton>(button)->click(); }
+    // Clicks with the file dialogs answering `file`; m_asked counts the questions.
+    void click(const char *button, const QString &file)
+    {
+        m_window->setFileNameAsker([this, file](bool, const QString &, const QString &) {
+            ++m_asked;
+            return file;
+        });
+        click(button);
+    }
     QStringList rows(const char *view) const { return modelRows(child<QTableView>(view)->model()); }
+    QStringList filterItems() const
+    {
+        return modelRows(child<QComboBox>("cbArchiveFilter")->model());
+    }
 
     std::unique_ptr<ScratchInstall> m_install;
     std::unique_ptr<Simulator> m_sim;
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<MessageCapture> m_log;
+    QTranslator m_translator;
     QStringList m_sent;
     QList<QVariant> m_report;
+    int m_asked = 0;
 };
 
 void tst_MainWindow::initTestCase()
 {
+    Application::initResources();
     qRegisterMetaType<uint32_t>("uint32_t");
     // After QTest has put in its own handler.
     m_log = std::make_unique<MessageCapture>();
@@ -79,6 +96,14 @@ void tst_MainWindow::cleanup()
     m_window.reset();
     m_sim.reset();
     m_install.reset();
+    QCoreApplication::removeTranslator(&m_translator);
+}
+
+bool tst_MainWindow::startDevice(const QStringList &arguments, int variant)
+{
+    m_install = std::make_unique<ScratchInstall>(QString(), variant);
+    m_sim = std::make_unique<Simulator>(m_install->path());
+    return m_sim->start(arguments);
 }
 
 void tst_MainWindow::newWindow()
@@ -94,7 +119,7 @@ bool tst_MainWindow::run(const char *button, bool write, bool mustSucceed)
         QSignalSpy read(m_window->uki(), &Uki::configReadDone);
         QSignalSpy written(m_window->uki(), &Uki::configWriteDone);
         QSignalSpy &done = write ? written : read;
-        child<QToolButton>(button)->click();
+        click(button);
         if (done.isEmpty() && !done.wait(15000))
             return false;
         m_report = done.first();
@@ -107,28 +132,18 @@ bool tst_MainWindow::run(const char *button, bool write, bool mustSucceed)
 
 bool tst_MainWindow::connectThroughDialog(bool mustSucceed)
 {
-    std::function<void()> drive = [&] {
-        auto *dialog = qobject_cast<ConfigDialog *>(QApplication::activeModalWidget());
-        if (!dialog) {
-            QTimer::singleShot(10, drive);
-            return;
-        }
-        dialog->findChild<QComboBox *>(QStringLiteral("cbComPort"))->setEditText(m_sim->link());
-        dialog->accept();
-    };
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        QTimer::singleShot(0, drive);
+        QTimer::singleShot(0, this, [this] {
+            auto *dialog = qobject_cast<ConfigDialog *>(QApplication::activeModalWidget());
+            dialog->findChild<QComboBox *>(QStringLiteral("cbComPort"))->setEditText(m_sim->link());
+            dialog->accept();
+        });
         if (!run("tbEdit_Connect", false, false))
             return false;
         if (!mustSucceed || m_report.at(0).toBool())
             return true;
     }
     return false;
-}
-
-void tst_MainWindow::answerDialogs(const QString &name)
-{
-    m_window->setFileNameAsker([name](bool, const QString &, const QString &) { return name; });
 }
 
 void tst_MainWindow::styleSheet_data()
@@ -154,13 +169,11 @@ void tst_MainWindow::styleSheet()
     QCOMPARE(m_window->styleSheet(), style);
     // A fresh window shows the settings and archive pages only, and nothing to read or save.
     QCOMPARE(child<QTabWidget>("ukiDataPages")->count(), 2);
-    for (const char *name : {"tbSaveData",
-                             "tbReadConfig",
-                             "tbWriteConfig",
-                             "tbSaveConfigToFile",
-                             "tbReadArchive",
-                             "tbSaveArchiveToFile"})
-        QVERIFY2(!child(name)->isEnabled(), name);
+    for (const QString &name :
+         QStringLiteral("tbSaveData tbReadConfig tbWriteConfig tbSaveConfigToFile "
+                        "tbReadArchive tbSaveArchiveToFile")
+                 .split(' '))
+        QVERIFY2(!child(qPrintable(name))->isEnabled(), qPrintable(name));
     QVERIFY(child("tbLoadArchiveFromFile")->isEnabled());
 }
 
@@ -170,34 +183,26 @@ void tst_MainWindow::device_data()
     QTest::addColumn<int>("variant");
     QTest::addColumn<QString>("version");
     QTest::addColumn<QStringList>("readCommands");
-    QTest::addColumn<QString>("written");
-
-    QTest::newRow("ukps-ks") << "ukps-ks" << 0 << "3.2.17" << QStringList{"get_cfg"}
-                             << "set_cfg_RisoM3s1_75";
-    QTest::newRow("ukps-ab") << "ukps-ab" << 1 << "4.1.8" << QStringList{"get_cfg"}
-                             << "set_cfg_RisoM3s1_75";
-    QTest::newRow("ukps-ks-2") << "ukps-ks-2" << 2 << "5.0.12" << QStringList{"get_cfg"}
-                               << "set_cfg_RisoM3s1_75";
+    QTest::newRow("ukps-ks") << "ukps-ks" << 0 << "3.2.17" << QStringList{"get_cfg"};
+    QTest::newRow("ukps-ab") << "ukps-ab" << 1 << "4.1.8" << QStringList{"get_cfg"};
+    QTest::newRow("ukps-ks-2") << "ukps-ks-2" << 2 << "5.0.12" << QStringList{"get_cfg"};
     QTest::newRow("uki-kiranto") << "uki-kiranto" << 3 << "9.6.43"
-                                 << QStringList{"get_cfg", "cfg", "get_cust", "corr"}
-                                 << "set_cfg_RisoM3s1_75";
+                                 << QStringList{"get_cfg", "cfg", "get_cust", "corr"};
 }
 
-// One device of each variant: connect through the dialog, read settings and archive, write.
+// One device of each variant: connect through the dialog, read settings and archive, write;
+// then the device goes away.
 void tst_MainWindow::device()
 {
     QFETCH(QString, key);
     QFETCH(int, variant);
     QFETCH(QString, version);
     QFETCH(QStringList, readCommands);
-    QFETCH(QString, written);
     const bool monitor = variant == 3;
     const bool locators = variant >= 2;
     const QString name = DeviceVariant::displayName(variant);
 
-    m_install = std::make_unique<ScratchInstall>(QString(), 0);
-    m_sim = std::make_unique<Simulator>(m_install->path());
-    QVERIFY(m_sim->start({"--variant", key, "--archive-size", "7"}));
+    QVERIFY(startDevice({"--variant", key, "--archive-size", "7"}));
     newWindow();
     m_log->clear();
     QVERIFY(connectThroughDialog());
@@ -210,8 +215,7 @@ void tst_MainWindow::device()
                             "style=\"font-weight:600;\">%1</span><br>Версия ПО - <span "
                             "style=\"font-weight:600;\">%2</span></p></body></html>")
                      .arg(name, version));
-    QCOMPARE(comboItems(child<QComboBox>("cbArchiveFilter")),
-             ArchiveFilterProxy::filterItems(variant));
+    QCOMPARE(filterItems(), ArchiveFilterProxy::filterItems(variant));
     QCOMPARE(child<QTabWidget>("ukiDataPages")->count(), locators ? 4 : 2);
     for (const QString &line :
          {QStringLiteral("Connecting..."), QStringLiteral("_version__"), "r_version : " + version})
@@ -260,7 +264,7 @@ void tst_MainWindow::device()
     threshold->setValue(75);
     m_log->clear();
     QVERIFY(run("tbWriteConfig", true));
-    QVERIFY2(m_sent.contains(written), qPrintable(m_sent.join(' ')));
+    QVERIFY2(m_sent.contains("set_cfg_RisoM3s1_75"), qPrintable(m_sent.join(' ')));
     QCOMPARE(popup(m_window.get()), QStringLiteral("[[Ok]]Данные отправлены"));
     QVERIFY(m_log->messages().contains("wr_version : " + version));
     threshold->setValue(10);
@@ -303,14 +307,35 @@ void tst_MainWindow::device()
         }
         QVERIFY(read);
         QCOMPARE(popup(m_window.get()), QStringLiteral("[[Ok]]Статистика прочитана!"));
+        // Channels belong to a settings file, even with a device's versions list at hand.
+        m_asked = 0;
+        click("tbLoadChannelsFromFile", m_install->dataFolder() + "/channels.csv");
+        QCOMPARE(popup(m_window.get()), kSettingsFirst);
+        QCOMPARE(m_asked, 0);
     }
+
+    // The device goes away: a run fails, what identification set stays.
+    m_sim->stop();
+    QVERIFY(run("tbReadArchive", false, false));
+    QCOMPARE(m_report.at(0).toBool(), false);
+    QCOMPARE(popup(m_window.get()),
+             QStringLiteral("[[Error]]Устройство не подключено: Автономная работа"));
+    QCOMPARE(child<QLabel>("label_IMS_Ver")->text(), QString());
+    QVERIFY(child("tbSaveArchiveToFile")->isEnabled());
+    QCOMPARE(filterItems(), ArchiveFilterProxy::filterItems(variant));
+    QCOMPARE(child<QTabWidget>("ukiDataPages")->count(), locators ? 4 : 2);
+    // A failed reconnect leaves no settings to save, so no header-only file.
+    QVERIFY(connectThroughDialog(false));
+    QCOMPARE(m_report.at(0).toBool(), false);
+    const QString path = m_install->dataFolder() + "/after-reconnect.csv";
+    click("tbSaveConfigToFile", path);
+    QVERIFY2(!QFileInfo::exists(path) || readFile(path).contains("RisoM3s1"),
+             readFile(path).constData());
 }
 
 void tst_MainWindow::unknownVersionKeepsVariant()
 {
-    m_install = std::make_unique<ScratchInstall>(QString(), 0);
-    m_sim = std::make_unique<Simulator>(m_install->path());
-    QVERIFY(m_sim->start({"--variant", "ukps-ks", "--firmware", "6.1.0"}));
+    QVERIFY(startDevice({"--variant", "ukps-ks", "--firmware", "6.1.0"}));
     // The variant comes from config.json and stays the fallback for an unknown version.
     QVERIFY(writeFile(m_install->configFolder() + "/config.json",
                       R"({"connection": {"port": "COM7", "variant": "ukps-ab"}})"));
@@ -319,36 +344,62 @@ void tst_MainWindow::unknownVersionKeepsVariant()
     QVERIFY(connectThroughDialog());
     QCOMPARE(ProgramSettings::instance().variant, 1);
     QVERIFY(child<QLabel>("label_IMS_Ver")->text().contains(DeviceVariant::displayName(1)));
-    QCOMPARE(comboItems(child<QComboBox>("cbArchiveFilter")), ArchiveFilterProxy::filterItems(1));
+    QCOMPARE(filterItems(), ArchiveFilterProxy::filterItems(1));
 }
 
-void tst_MainWindow::offline()
+void tst_MainWindow::firstWriteInEnglish_data()
 {
-    m_install = std::make_unique<ScratchInstall>(QString(), 3);
+    QTest::addColumn<int>("configured");
+    QTest::addColumn<int>("modeDef");
+    QTest::newRow("configured ukps-ks, ModeDef 3") << 0 << 3;
+    QTest::newRow("configured uki-kiranto, ModeDef 2") << 3 << 2;
+}
+
+// A ukps-ks-2 with the English interface: a write right after connecting sends the device's own
+// ModeDef back; the log stays Russian.
+void tst_MainWindow::firstWriteInEnglish()
+{
+    QFETCH(int, configured);
+    QFETCH(int, modeDef);
+    QVERIFY(Application::installTranslation(&m_translator, QStringLiteral("en_US")));
+    m_install = std::make_unique<ScratchInstall>(QString(), configured);
     m_sim = std::make_unique<Simulator>(m_install->path());
-    QVERIFY(m_sim->start({"--variant", "uki-kiranto"}));
+    QVERIFY(writeFile(m_sim->statePath(),
+                      R"({"variant": "ukps-ks-2", "settings": {"ModeDef": )"
+                              + QByteArray::number(modeDef) + "}}"));
+    QVERIFY(m_sim->start({"--variant", "ukps-ks-2"}));
     newWindow();
-    QVERIFY(connectThroughDialog());
-    m_sim->stop();
-    QVERIFY(run("tbReadArchive", false, false));
-    QCOMPARE(m_report.at(0).toBool(), false);
-    QCOMPARE(popup(m_window.get()),
-             QStringLiteral("[[Error]]Устройство не подключено: Автономная работа"));
-    QCOMPARE(child<QLabel>("label_IMS_Ver")->text(), QString());
-    QVERIFY(child("tbSaveArchiveToFile")->isEnabled());
-    // What the identification set stays.
-    QCOMPARE(comboItems(child<QComboBox>("cbArchiveFilter")), ArchiveFilterProxy::filterItems(3));
-    QCOMPARE(child<QTabWidget>("ukiDataPages")->count(), 4);
+    ProgramSettings::instance().port = m_sim->link();
+    m_log->clear();
+    QVERIFY(run("tbConnect"));
+    QVERIFY(run("tbWriteConfig", true));
+    QCOMPARE(m_sent.filter(QRegularExpression("^set_cfg_ModeDef_")),
+             QStringList{QStringLiteral("set_cfg_ModeDef_%1").arg(modeDef)});
+    QVERIFY(run("tbReadConfig"));
+    QCOMPARE(popup(m_window.get()), QStringLiteral("[[Ok]]Configuration loaded"));
+    // Whole lines, or their beginnings where a time follows.
+    const QStringList messages = m_log->messages();
+    for (const QString &line : {"Порт " + m_sim->link() + ": открыт.",
+                                QStringLiteral("Подключаемся..."),
+                                QStringLiteral("Подключено устройство: УКПС КИРАНТО-КС-2"),
+                                QStringLiteral("Читаем конфигурацию УКПС..."),
+                                QStringLiteral("Конфигурация успешно загружена: УКПС КИРАНТО-КС-2"),
+                                QStringLiteral("Отработали команду: get_cfg, результат: Success.")})
+        QVERIFY2(std::any_of(messages.begin(),
+                             messages.end(),
+                             [&line](const QString &message) { return message.startsWith(line); }),
+                 qPrintable(line));
+    const QRegularExpression english("^(Port |Device connected|Configuration loaded|Command done)");
+    for (const QString &message : messages)
+        QVERIFY2(!english.match(message).hasMatch(), qPrintable(message));
 }
 
 // Everything a monitor gives, kept in files and taken back by a window without a device.
 void tst_MainWindow::files()
 {
-    m_install = std::make_unique<ScratchInstall>(QString(), 3);
+    QVERIFY(startDevice({"--variant", "uki-kiranto", "--archive-size", "12"}, 3));
     const QString data = m_install->dataFolder();
     QVERIFY(QDir().mkpath(data));
-    m_sim = std::make_unique<Simulator>(m_install->path());
-    QVERIFY(m_sim->start({"--variant", "uki-kiranto", "--archive-size", "12"}));
     newWindow();
     QVERIFY(QMetaObject::invokeMethod(m_window.get(), "saveData"));
     QCOMPARE(popup(m_window.get()), QStringLiteral("[[Warning]]Нечего сохранять!"));
@@ -362,7 +413,7 @@ void tst_MainWindow::files()
 
     // Save-all: two files of this minute, UTF-8, "\r\n" line ends, the versions list after the
     // settings.
-    child<QToolButton>("tbSaveData")->click();
+    click("tbSaveData");
     QCOMPARE(popup(m_window.get()),
              QStringLiteral("[[Ok]]Успешно сохранены:\n *Настройки УКПС\n *Архив"));
     const QStringList saved = QDir(data).entryList(QDir::Files, QDir::Name);
@@ -380,73 +431,83 @@ void tst_MainWindow::files()
     // Per-page files: settings as the form shows them, archive with its variant header.
     auto *threshold = m_window->findChild<UkiConfigEditor *>()->findChild<QSpinBox *>("sbRisoM3s1");
     threshold->setValue(77);
-    answerDialogs(data + "/settings");
-    child<QToolButton>("tbSaveConfigToFile")->click();
+    click("tbSaveConfigToFile", data + "/settings");
     QCOMPARE(popup(m_window.get()), QStringLiteral("[[Ok]]Файл записан"));
     QVERIFY(readFile(data + "/settings.csv").contains("RisoM3s1\t77\r\n"));
-    answerDialogs(data + "/archive.CSV");
-    child<QToolButton>("tbSaveArchiveToFile")->click();
+    click("tbSaveArchiveToFile", data + "/archive.CSV");
     QCOMPARE(readFile(data + "/archive.CSV"),
              "3\r\n-----\r\nУКИ КИРАНТО\r\n--------------\r\n"
                      + uki->dumpLines().join("\r\n").toUtf8());
-    answerDialogs(data + "/corrections.csv");
-    child<QToolButton>("tbSaveCorrectionsToFile")->click();
+    click("tbSaveCorrectionsToFile", data + "/corrections.csv");
     // The block as the device sent it, without its closing "OK".
     QCOMPARE(readFile(data + "/corrections.csv"),
              uki->corrLines().mid(0, uki->corrLines().size() - 1).join("\r\n").toUtf8());
-    answerDialogs(data + "/custom.csv");
-    m_window->findChild<QToolButton *>("tbSaveChannelsToFile")->click();
+    click("tbSaveChannelsToFile", data + "/custom.csv");
     QCOMPARE(popup(m_window.get()), QStringLiteral("[[Ok]]Файл записан"));
     const QStringList archive = rows("tableArchive");
     const QStringList locators = rows("tableLocators");
     const QStringList corrections = rows("tableCorrections");
-    const QStringList channels = modelRows(
-            m_window->findChild<QTableWidget *>("tableChannels")->model());
+    const QStringList channels = modelRows(child<QTableWidget>("tableChannels")->model());
     QCOMPARE(archive.size(), 12);
 
-    // A fresh window without a device: the files bring back the variant and every table.
+    // A fresh window without a device: the files bring back the variant and every table. The
+    // channels need a settings file first; one without a versions list will do.
     m_window.reset();
     m_sim.reset();
     m_install->activate(QString(), 0);
     newWindow();
-    answerDialogs(data + "/custom.csv");
-    m_window->findChild<QToolButton *>("tbLoadChannelsFromFile")->click();
-    QCOMPARE(popup(m_window.get()),
-             QStringLiteral("[[Error]]Сначала необходимо открыть файл конфигурации ИМС "
-                            "(...uki-config.csv)"));
-    answerDialogs(data + "/missing.csv");
-    child<QToolButton>("tbLoadArchiveFromFile")->click();
+    m_asked = 0;
+    click("tbLoadChannelsFromFile", data + "/custom.csv");
+    QCOMPARE(popup(m_window.get()), kSettingsFirst);
+    QCOMPARE(m_asked, 0);
+    QVERIFY(writeFile(
+            data + "/bare.csv",
+            "3\r\n-----\r\nУКИ КИРАНТО\r\n--------------\r\nAddrUki\t1\r\nRisoM3s1\t60\r\n"));
+    click("tbLoadConfigFromFile", data + "/bare.csv");
+    click("tbLoadChannelsFromFile", data + "/custom.csv");
+    QCOMPARE(m_asked, 2);
+    click("tbLoadArchiveFromFile", data + "/missing.csv");
     QCOMPARE(popup(m_window.get()),
              QStringLiteral("[[Error]]Ошибка чтения файла %1.").arg(data + "/missing.csv"));
-    answerDialogs(data + "/settings.csv");
-    child<QToolButton>("tbLoadConfigFromFile")->click();
+    click("tbLoadConfigFromFile", data + "/settings.csv");
     QCOMPARE(popup(m_window.get()), QStringLiteral("[[Ok]]Файл прочитан"));
     QCOMPARE(ProgramSettings::instance().variant, 3);
     QCOMPARE(m_window->findChild<UkiConfigEditor *>()->findChild<QSpinBox *>("sbRisoM3s1")->value(),
              77);
     QCOMPARE(rows("tableLocators"), locators);
     QCOMPARE(child<QLabel>("labelStatus")->text(), "Данные из файла " + data + "/settings.csv");
-    answerDialogs(data + "/corrections.csv");
-    child<QToolButton>("tbLoadCorrectionsFromFile")->click();
+    click("tbLoadCorrectionsFromFile", data + "/corrections.csv");
     QCOMPARE(rows("tableCorrections"), corrections);
-    answerDialogs(data + "/custom.csv");
-    m_window->findChild<QToolButton *>("tbLoadChannelsFromFile")->click();
-    QCOMPARE(modelRows(m_window->findChild<QTableWidget *>("tableChannels")->model()), channels);
+    click("tbLoadChannelsFromFile", data + "/custom.csv");
+    QCOMPARE(modelRows(child<QTableWidget>("tableChannels")->model()), channels);
 
     // The archive file sets the variant from its first line; a bare dump gives variant 0.
     ProgramSettings::instance().variant = 1;
-    answerDialogs(data + "/archive.CSV");
-    child<QToolButton>("tbLoadArchiveFromFile")->click();
+    click("tbLoadArchiveFromFile", data + "/archive.CSV");
     QCOMPARE(ProgramSettings::instance().variant, 3);
     QCOMPARE(rows("tableArchive"), archive);
-    answerDialogs(data + "/archive-again");
-    child<QToolButton>("tbSaveArchiveToFile")->click();
+    click("tbSaveArchiveToFile", data + "/archive-again");
     QCOMPARE(readFile(data + "/archive-again.csv"), readFile(data + "/archive.CSV"));
-    answerDialogs(data + '/' + saved.at(0));
-    child<QToolButton>("tbLoadArchiveFromFile")->click();
+    click("tbLoadArchiveFromFile", data + '/' + saved.at(0));
     QCOMPARE(ProgramSettings::instance().variant, 0);
     QCOMPARE(rows("tableArchive"), archive);
-    QCOMPARE(comboItems(child<QComboBox>("cbArchiveFilter")), ArchiveFilterProxy::filterItems(0));
+    QCOMPARE(filterItems(), ArchiveFilterProxy::filterItems(0));
+}
+
+// The benchmark's last line is read by scripts.
+void tst_MainWindow::benchSummaryLine()
+{
+    const QString bench = QFileInfo(binaryPath("KIRANTO_LINK")).absolutePath()
+                          + "/../bench/bench_archive";
+    if (!QFileInfo::exists(bench))
+        QSKIP("bench_archive is not built in this tree");
+    QProcess process;
+    process.start(bench, {});
+    QVERIFY(process.waitForFinished(120000));
+    const QString out = QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    const QString last = out.mid(out.lastIndexOf('\n') + 1);
+    QVERIFY2(QRegularExpression("^archive-parse-ratio: \\d+\\.\\d\\d$").match(last).hasMatch(),
+             qPrintable(last));
 }
 
 QTEST_MAIN(tst_MainWindow)
