@@ -128,21 +128,19 @@ bool tst_FaultMatrix::start(const QString &what, QList<QVariant> *report)
     QSignalSpy read(uki, &Uki::configReadDone);
     QSignalSpy written(uki, &Uki::configWriteDone);
     QSignalSpy stats(uki, &Uki::statsReadDone);
-    QSignalSpy *done = &read;
-    if (what == QLatin1String("stats")) {
-        done = &stats;
-        if (!uki->readStats(0, 0, 0))
-            return false;
-    } else if (what.startsWith(QLatin1String("connect:"))) {
+    QSignalSpy *done = what == "stats" ? &stats : what == "tbWriteConfig" ? &written : &read;
+    if (what.startsWith("connect:"))
         QTimer::singleShot(0, this, [what] {
             auto *dialog = qobject_cast<ConfigDialog *>(QApplication::activeModalWidget());
             dialog->findChild<QComboBox *>()->setEditText(what.mid(8));
             dialog->accept();
         });
-        child<QToolButton>("tbEdit_Connect")->click();
+    if (what == "stats") {
+        if (!uki->readStats(0, 0, 0))
+            return false;
     } else {
-        done = what == QLatin1String("tbWriteConfig") ? &written : &read;
-        child<QToolButton>(qPrintable(what))->click();
+        child<QToolButton>(what.startsWith("connect:") ? "tbEdit_Connect" : qPrintable(what))
+                ->click();
     }
     if (done->isEmpty() && !done->wait(30000))
         return false;
@@ -245,16 +243,19 @@ void tst_FaultMatrix::fault()
 
     QList<QVariant> report;
     QStringList lines;
+    const auto logMatches = [&log, &lines] {
+        return std::all_of(log.begin(), log.end(), [&lines](const QString &pattern) {
+            return countMatches(lines, pattern) == 1;
+        });
+    };
     Data before;
     int threadsBefore = 0;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         establishBaseline();
         if (QTest::currentTestFailed())
             return;
-        const QString port = m_sim->link();
-        run.replace("%1", port);
-        for (QString &line : log)
-            line.replace("%1", port);
+        run.replace("%1", m_sim->link());
+        log.replaceInStrings("%1", m_sim->link());
         QVERIFY(waitQuiet());
         if (run == "tbWriteConfig") {
             auto *box = m_window->findChild<UkiConfigEditor *>()->findChild<QSpinBox *>(
@@ -274,17 +275,13 @@ void tst_FaultMatrix::fault()
         // Whatever went through may have changed the window or the device.
         if (report.at(0).toBool() || run == "tbWriteConfig" || run.startsWith("connect"))
             m_baselineValid = false;
-        bool expected = report.at(0).toBool() == success;
-        for (const QString &pattern : qAsConst(log))
-            expected = expected && countMatches(lines, pattern) == 1;
-        if (expected)
+        if (report.at(0).toBool() == success && logMatches())
             break;
     }
 
     QCOMPARE(report.at(0).toBool(), success);
     QCOMPARE(TestSupport::popup(m_window.get()), popup);
-    for (const QString &pattern : qAsConst(log))
-        QVERIFY2(countMatches(lines, pattern) == 1, qPrintable(pattern + '\n' + lines.join('\n')));
+    QVERIFY2(logMatches(), qPrintable(log.join('\n') + "\n----\n" + lines.join('\n')));
     const Data after = snapshot();
     Data expected = before;
     if (outcome == "cut") {
