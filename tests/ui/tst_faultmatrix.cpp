@@ -19,8 +19,6 @@ using namespace TestSupport;
 
 namespace {
 
-// Reached by a flooding device in well under two seconds at 115200 baud.
-constexpr qint64 kReplyLimit = 16 * 1024;
 constexpr int kAttempts = 3;
 constexpr int kArchiveEvents = 20;
 const QString kOffline = QStringLiteral("[[Error]]Устройство не подключено: Автономная работа");
@@ -28,17 +26,18 @@ const QString kOffline = QStringLiteral("[[Error]]Устройство не по
 const char *const kDeviceButtons[] = {
         "tbConnect", "tbReadConfig", "tbWriteConfig", "tbReadArchive", "tbWriteCorrections"};
 
-// Lines equal to the pattern, or beginning with it when it ends in '*'.
-int countMatches(const QStringList &lines, const QString &pattern)
+// Each pattern matches exactly one line: one equal to it, or beginning with it when it ends in '*'.
+bool eachOnce(const QStringList &patterns, const QStringList &lines)
 {
-    return int(std::count_if(lines.begin(), lines.end(), [&pattern](const QString &line) {
-        return pattern.endsWith('*') ? line.startsWith(pattern.chopped(1)) : line == pattern;
-    }));
-}
-
-int threadCount()
-{
-    return int(QDir(QStringLiteral("/proc/self/task")).count());
+    return std::all_of(patterns.begin(), patterns.end(), [&lines](const QString &pattern) {
+        return std::count_if(lines.begin(),
+                             lines.end(),
+                             [&pattern](const QString &line) {
+                                 return pattern.endsWith('*') ? line.startsWith(pattern.chopped(1))
+                                                              : line == pattern;
+                             })
+               == 1;
+    });
 }
 
 } // namespace
@@ -56,11 +55,6 @@ private:
     // What the user has in front of them, to compare before and after a run: the editor's
     // settings, the tables and the device buttons.
     using Data = QMap<QString, QStringList>;
-    template<typename T = QWidget>
-    T *child(const char *name) const
-    {
-        return m_window->findChild<T *>(QLatin1String(name));
-    }
     void setFault(const QByteArray &rule);
     bool waitQuiet() const;
     void establishBaseline();
@@ -79,9 +73,9 @@ private:
 void tst_FaultMatrix::initTestCase()
 {
     qRegisterMetaType<uint32_t>("uint32_t");
-    SerialLink::setReplyLimit(kReplyLimit);
+    // Reached by a flooding device in well under two seconds at 115200 baud.
+    SerialLink::setReplyLimit(16 * 1024);
     m_log = std::make_unique<MessageCapture>();
-    setFault({});
     m_window = std::make_unique<MainWindow>();
     m_window->show();
 }
@@ -128,7 +122,7 @@ bool tst_FaultMatrix::start(const QString &what, QList<QVariant> *report)
         if (!uki->readStats(0, 0, 0))
             return false;
     } else {
-        child<QToolButton>(what.startsWith("connect:") ? "tbEdit_Connect" : qPrintable(what))
+        m_window->findChild<QToolButton *>(what.startsWith("connect:") ? "tbEdit_Connect" : what)
                 ->click();
     }
     if (done->isEmpty() && !done->wait(30000))
@@ -178,9 +172,9 @@ tst_FaultMatrix::Data tst_FaultMatrix::snapshot() const
     m_window->findChild<UkiConfigEditor *>()->settings(settings);
     Data data{{"editor", settings.toLines()}};
     for (const char *table : {"tableLocators", "tableArchive", "tableCorrections"})
-        data[table] = modelRows(child<QTableView>(table)->model());
+        data[table] = modelRows(m_window->findChild<QTableView *>(table)->model());
     for (const char *name : kDeviceButtons)
-        data["buttons"].append(child(name)->isEnabled() ? name : "");
+        data["buttons"].append(m_window->findChild<QWidget *>(name)->isEnabled() ? name : "");
     return data;
 }
 
@@ -219,7 +213,7 @@ void tst_FaultMatrix::fault()
     QFETCH(QString, row);
     const QStringList field = row.split('|');
     const QByteArray rule = field.at(0).toUtf8();
-    QString run = field.at(1);
+    const QString run = field.at(1);
     const bool success = field.at(2) == "1";
     const QString popup = QString(field.at(3)).replace("%o", kOffline);
     QStringList log = field.at(4).split(';');
@@ -227,18 +221,15 @@ void tst_FaultMatrix::fault()
 
     QList<QVariant> report;
     QStringList lines;
-    const auto logMatches = [&log, &lines] {
-        return std::all_of(log.begin(), log.end(), [&lines](const QString &pattern) {
-            return countMatches(lines, pattern) == 1;
-        });
-    };
     Data before;
-    int threadsBefore = 0;
+    const auto threadCount = [] {
+        return QDir(QStringLiteral("/proc/self/task")).count();
+    };
+    uint threadsBefore = 0;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         establishBaseline();
         if (QTest::currentTestFailed())
             return;
-        run.replace("%1", m_sim->link());
         log.replaceInStrings("%1", m_sim->link());
         QVERIFY(waitQuiet());
         if (run == "tbWriteConfig") {
@@ -259,13 +250,13 @@ void tst_FaultMatrix::fault()
         // Whatever went through may have changed the window or the device.
         if (report.at(0).toBool() || run == "tbWriteConfig" || run.startsWith("connect"))
             m_baselineValid = false;
-        if (report.at(0).toBool() == success && logMatches())
+        if (report.at(0).toBool() == success && eachOnce(log, lines))
             break;
     }
 
     QCOMPARE(report.at(0).toBool(), success);
     QCOMPARE(TestSupport::popup(m_window.get()), popup);
-    QVERIFY2(logMatches(), qPrintable(log.join('\n') + "\n----\n" + lines.join('\n')));
+    QVERIFY2(eachOnce(log, lines), qPrintable(log.join('\n') + "\n----\n" + lines.join('\n')));
     const Data after = snapshot();
     Data expected = before;
     if (outcome == "cut") {
@@ -278,7 +269,7 @@ void tst_FaultMatrix::fault()
     }
     QCOMPARE(after, expected);
     if (!success && run.startsWith("tbRead"))
-        QCOMPARE(child<QLabel>("label_IMS_Ver")->text(), QString());
+        QCOMPARE(m_window->findChild<QLabel *>("label_IMS_Ver")->text(), QString());
     // The run's thread is gone and the process sleeps: a port left failing would spin a core.
     QTRY_VERIFY_WITH_TIMEOUT(threadCount() <= threadsBefore, 10000);
     QElapsedTimer wall;
