@@ -53,7 +53,7 @@ class tst_Forms : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase() { QVERIFY(m_install.isValid()); }
     void forms_data();
     void forms();
 
@@ -62,58 +62,24 @@ private:
     Uki m_uki;
 };
 
-void tst_Forms::initTestCase()
-{
-    QVERIFY(m_install.isValid());
-}
-
 void tst_Forms::forms_data()
 {
     QTest::addColumn<Factory>("factory");
     QTest::addColumn<QString>("names");
-    QTest::newRow("UkiConfigEditor")
-            << Factory([] { return new UkiConfigEditor; })
-            << "groupBox groupBox_2 groupBox_3 groupBox_4 groupBox_5 groupBox_6 groupBox_7 "
-               "groupBox_8 groupBox_9 label_4 label_9 label_19 label_24 label_28 label_29 label_30 "
-               "sbRisoM3s1 sbRisoM3s2 sbRisoLoc sbUrelay sbUminus sbCapSopt cbTimeMto cbTimeM3s "
-               "cbTcust cbGSearch cbModeDef cbAutoRan cbMulti cbRisoMethod cbTbridge cbDisMax "
-               "cbRequEn cbX9 sbFilter cbIoutEn sbRiso420 cbModeInput sbNumUki sbAddrUki sbMbAddr "
-               "cbMbBaud cbMbParity sliderBright sliderContrast cbLang";
-    QTest::newRow("UkpsConfigEditor")
-            << Factory([] { return new UkpsConfigEditor; })
-            << "tabWidget tabSettingsKI tabSettingsAB tabSignalization tabOptions sbRisoM3s1 "
-               "sbRisoM3s2 sbRisoLoc sbCstart cbTimeM3s cbTimeMto sbUrelay sbUminus sbU_max "
-               "sbU_min "
-               "sbI_discharge_min sbI_charge_min cbNumShunt sbNumElemAb sbDeltaSym sbOverTemp "
-               "sbFallTemp sbOver_dly sbFall_dly sbUnsch_dly sbBrwire_dly sbDisch_dly "
-               "sbRippleU_dly "
-               "sbRippleI_dly sbOverTail sbFallTail sbUripple sbIripple sbUbr cbFOver cbFFall "
-               "cbFUnsch cbFDisch cbFBrwire cbFRippleU cbFRippleI cbFSymmetry cbFFail cbFRiso1 "
-               "cbFRiso2 cbFRP cbFRN cbFUdis cbFUminus cbFOverTemp cbFFallTemp cbFOverTail "
-               "cbFFallTail cbModeDef cbTbridge cbRequEn cbDisMax cbSimmetr cbTail cbTemperature "
-               "sliderBright sliderContrast cbLang sbMbAddr cbMbBaud cbMbParity";
+    QTest::newRow("UkiConfigEditor") << Factory([] { return new UkiConfigEditor; }) << "";
+    QTest::newRow("UkpsConfigEditor") << Factory([] { return new UkpsConfigEditor; }) << "";
     QTest::newRow("StatGraphWidget")
-            << Factory([this] { return new StatGraphWidget(&m_uki); })
-            << "tbSearchStatisticsViewAsGraph tbSearchStatisticsViewAsDump tbWriteAllChannels "
-               "tbLoadChannelsFromFile tbSaveChannelsToFile tableChannels pages pageGraph "
-               "cbSortData pageDump tableDump";
+            << Factory([this] { return new StatGraphWidget(&m_uki); }) << "";
     QTest::newRow("MainWindow")
             << Factory([] { return new MainWindow; })
-            << "pageConfig tbConfigViewAsForm tbConfigViewAsDump tbReadConfig tbWriteConfig "
-               "tbLoadConfigFromFile tbSaveConfigToFile label_IMS_Ver pagesUkiConfig "
-               "pageConfigForm pageConfigText plainTextUkiConfig pageArchive cbArchiveFilter "
-               "tbArchivesViewAsTable tbArchivesViewAsDump tbReadArchive tbLoadArchiveFromFile "
-               "tbSaveArchiveToFile pageArchivesTable tableArchive pageArchivesDump "
-               "plainTextArchive pageCorrections tbCorrectionsViewAsTable tbCorrectionsViewAsDump "
-               "tbWriteCorrections tbLoadCorrectionsFromFile tbSaveCorrectionsToFile "
-               "pageCorrectionsTable tableCorrections pageCorrectionsDump plainTextCorrections "
-               "pageSearchStatistics searchStatGraphPlace tableLocators tbEdit_Connect tbAbout "
-               "tbConnect tbSaveData tbOptions UkiConfigEditor UkpsConfigEditor";
+            << "tbReadConfig tbWriteConfig tbLoadConfigFromFile tbSaveConfigToFile label_IMS_Ver "
+               "plainTextUkiConfig cbArchiveFilter tbReadArchive tbLoadArchiveFromFile "
+               "tbSaveArchiveToFile tableArchive tbWriteCorrections tbLoadCorrectionsFromFile "
+               "tbSaveCorrectionsToFile tableCorrections tableLocators tbEdit_Connect tbConnect "
+               "tbSaveData";
     QTest::newRow("ConfigDialog") << Factory([] { return new ConfigDialog; })
-                                  << "tabs tabsPage1 cbComPort rbUkpsKs rbUkpsKs2 rbUkpsAb "
-                                     "rbUkiKiranto buttonBox";
-    QTest::newRow("AboutDialog") << Factory([] { return new AboutDialog; })
-                                 << "logoLabel textBrowser buttons";
+                                  << "cbComPort rbUkpsKs rbUkpsKs2 rbUkpsAb buttonBox";
+    QTest::newRow("AboutDialog") << Factory([] { return new AboutDialog; }) << "textBrowser";
 }
 
 // Every field has its label, every spin box a real range, every list items; and every object
@@ -124,7 +90,7 @@ void tst_Forms::forms()
     QFETCH(QString, names);
     std::unique_ptr<QWidget> form(factory());
     QStringList problems;
-    for (const QString &name : names.split(' '))
+    for (const QString &name : names.split(' ', Qt::SkipEmptyParts))
         if (!form->findChild<QObject *>(name))
             problems << "missing " + name;
     for (QWidget *field : form->findChildren<QWidget *>()) {

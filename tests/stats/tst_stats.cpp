@@ -90,7 +90,11 @@ class tst_Stats : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase()
+    {
+        QVERIFY(m_install.isValid());
+        qRegisterMetaType<uint32_t>("uint32_t");
+    }
     void init() { StatPalette::reset(); }
     void scale_data();
     void scale();
@@ -105,43 +109,32 @@ private:
     TestSupport::ScratchInstall m_install{"/nonexistent/ttyKIRANTO", 3};
 };
 
-void tst_Stats::initTestCase()
-{
-    QVERIFY(m_install.isValid());
-    qRegisterMetaType<uint32_t>("uint32_t");
-}
-
 void tst_Stats::scale_data()
 {
-    QTest::addColumn<double>("minimum");
-    QTest::addColumn<double>("maximum");
-    QTest::addColumn<int>("plotHeight");
-    QTest::addColumn<QString>("ticks");
-    QTest::newRow("no channel shown") << 999.0 << 0.0 << 400 << "10 20 30 40 50 /50";
-    QTest::newRow("all below 40") << 12.0 << 39.9 << 400 << "0 10 20 30 40 50 /50";
-    QTest::newRow("exactly 40") << 20.0 << 40.0 << 400 << "10 20 30 40 50 /50";
-    QTest::newRow("narrow band spans 40") << 218.0 << 222.0 << 400 << "190 200 210 220 230 /230";
-    QTest::newRow("minimum below 10 cut toward zero")
-            << 5.0 << 39.0 << 400 << "0 10 20 30 40 50 /50";
-    QTest::newRow("999.9 gives 1010, step grows")
-            << 177.0 << 999.9 << 400
-            << "160 200 240 280 320 360 400 440 480 520 560 600 640 680 720 760 800 840 880 920 "
-               "960 1000 /1010";
-    QTest::newRow("small plot") << 999.0 << 0.0 << 60 << "10 30 50 /50";
+    QTest::addColumn<QString>("row");
+    // lowest shown, highest shown, plot height | ticks /upper
+    for (const char *row :
+         {"999 0 400|10 20 30 40 50 /50",
+          "12 39.9 400|0 10 20 30 40 50 /50",
+          "20 40 400|10 20 30 40 50 /50",
+          "218 222 400|190 200 210 220 230 /230",
+          "5 39 400|0 10 20 30 40 50 /50",
+          "999 0 60|10 30 50 /50",
+          "177 999.9 400|160 200 240 280 320 360 400 440 480 520 560 600 640 680 720 760 800 840 "
+          "880 920 960 1000 /1010"})
+        QTest::newRow(QByteArray(row).left(14)) << QString(row);
 }
 
 // The R axis: range of the shown values and tick step, 16 px lines.
 void tst_Stats::scale()
 {
-    QFETCH(double, minimum);
-    QFETCH(double, maximum);
-    QFETCH(int, plotHeight);
-    QFETCH(QString, ticks);
-    const StatScale scale(minimum, maximum, plotHeight, 16);
+    QFETCH(QString, row);
+    const QStringList in = row.section('|', 0, 0).split(' ');
+    const StatScale scale(in[0].toDouble(), in[1].toDouble(), in[2].toInt(), 16);
     QStringList shown;
     for (int tick : scale.ticks())
         shown << QString::number(tick);
-    QCOMPARE(shown.join(' ') + " /" + QString::number(scale.upper()), ticks);
+    QCOMPARE(shown.join(' ') + " /" + QString::number(scale.upper()), row.section('|', 1));
 }
 
 // Plot geometry, the T axis and the mapping of values and positions into the plot.
@@ -184,56 +177,41 @@ void tst_Stats::palette()
 
 void tst_Stats::table_data()
 {
-    QTest::addColumn<int>("row");
-    QTest::addColumn<int>("column");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("monitor channel OFF") << 0 << -1 << ""
-                                         << "УКИ : 1|OFF*||";
-    QTest::newRow("monitor channel set") << 1 << -1 << ""
-                                         << "УКИ : 2|200*|10*|45*";
-    QTest::newRow("missing channel is OFF") << 15 << -1 << ""
-                                            << "УКИ : 16|OFF*||";
-    QTest::newRow("bounds in steps of 5") << 31 << -1 << ""
-                                          << "Лок 5 : 16|150*|10*|45*";
-    QTest::newRow("lower 12 is 10, unchanged") << 1 << 3 << "12"
-                                               << "УКИ : 2|200*|10*|45*";
-    QTest::newRow("lower 17 is 15") << 1 << 3 << "17"
-                                    << "УКИ : 2|200*|15*|45*|save";
-    QTest::newRow("upper 80 capped at 75") << 1 << 4 << "80"
-                                           << "УКИ : 2|200*|10*|75*|save";
-    QTest::newRow("upper not a number") << 1 << 4 << "abc"
-                                        << "УКИ : 2|200*|10*|45*";
-    QTest::newRow("rloc 1500 is 999") << 1 << 2 << "1500"
-                                      << "УКИ : 2|999*|10*|45*|save";
-    QTest::newRow("rloc 0 turns OFF") << 1 << 2 << "0"
-                                      << "УКИ : 2|OFF*|||save";
-    QTest::newRow("rloc not a number") << 1 << 2 << "x1"
-                                       << "УКИ : 2|200*|10*|45*";
-    QTest::newRow("rloc on an OFF channel") << 0 << 2 << "300"
-                                            << "УКИ : 1|300*|0*|0*|save";
-    QTest::newRow("label column stores nothing") << 1 << 1 << "УКИ : 9"
-                                                 << "УКИ : 9|200*|10*|45*";
+    QTest::addColumn<QString>("row");
+    // row column text (none: no edit) | row shown after the device's tables and the edit
+    for (const char *row : {"0 -1|УКИ : 1|OFF*||",
+                            "1 -1|УКИ : 2|200*|10*|45*",
+                            "15 -1|УКИ : 16|OFF*||",
+                            "31 -1|Лок 5 : 16|150*|10*|45*",
+                            "1 3 12|УКИ : 2|200*|10*|45*",
+                            "1 3 17|УКИ : 2|200*|15*|45*|save",
+                            "1 4 80|УКИ : 2|200*|10*|75*|save",
+                            "1 4 abc|УКИ : 2|200*|10*|45*",
+                            "1 2 1500|УКИ : 2|999*|10*|45*|save",
+                            "1 2 0|УКИ : 2|OFF*|||save",
+                            "1 2 x1|УКИ : 2|200*|10*|45*",
+                            "0 2 300|УКИ : 1|300*|0*|0*|save",
+                            "1 1 УКИ : 9|УКИ : 9|200*|10*|45*"})
+        QTest::newRow(QString(row).section('|', 0, 0).toUtf8()) << QString(row);
 }
 
 // The channel table after the device's tables, and after the user edits a cell.
 void tst_Stats::table()
 {
-    QFETCH(int, row);
-    QFETCH(int, column);
-    QFETCH(QString, text);
-    QFETCH(QString, shown);
+    QFETCH(QString, row);
+    const QStringList in = row.section('|', 0, 0).split(' ');
+    const int index = in[0].toInt();
     Page page;
     QAbstractItemModelTester tester(page.table->model(),
                                     QAbstractItemModelTester::FailureReportingMode::QtTest);
     page.page.showChannels(twoDevices(), someChannels());
     QCOMPARE(page.table->rowCount(), 32);
-    if (column >= 0)
-        page.table->item(row, column)->setText(text);
-    QCOMPARE(page.row(row), shown);
-    QVERIFY(page.button(row, "refreshButton")->isEnabled());
+    if (in[1] != "-1")
+        page.table->item(index, in[1].toInt())->setText(QStringList(in.mid(2)).join(' '));
+    QCOMPARE(page.row(index), row.section('|', 1));
+    QVERIFY(page.button(index, "refreshButton")->isEnabled());
     for (int other = 0; other < 32; ++other)
-        QVERIFY(other == row || !page.button(other, "saveButton")->isEnabled());
+        QVERIFY(other == index || !page.button(other, "saveButton")->isEnabled());
 }
 
 // Without a device: the tick asks for statistics, the write fails and the channel stays unsaved,
