@@ -138,7 +138,8 @@ void tst_SerialLink::exchange()
         QThread::msleep(1), readWire();
     for (int i = 0; i < script.size(); ++i) {
         QThread::msleep(ulong(script[i].gapMs));
-        ::write(master, script[i].bytes.constData(), size_t(script[i].bytes.size()));
+        const QByteArray &bytes = script[i].bytes;
+        QCOMPARE(::write(master, bytes.constData(), size_t(bytes.size())), ssize_t(bytes.size()));
         if (i == setup[2]) {
             QTest::qWait(100);
             ::close(master), ::close(slave);
