@@ -93,32 +93,27 @@ void tst_Startup::settings_data()
 {
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<int>("before");
-    QTest::addColumn<QString>("port");
-    QTest::addColumn<int>("variant");
-    QTest::addColumn<QByteArray>("saved"); // toJson over the same document, compact
+    QTest::addColumn<QByteArray>("saved"); // toJson over the same document after fromJson
     QTest::newRow("port trimmed, ukps-ab")
             << QByteArray(R"({"connection":{"port":"  ttyUSB0 \t","variant":"ukps-ab"}})") << 0
-            << "ttyUSB0" << 1
             << QByteArray(R"({"connection":{"port":"ttyUSB0","variant":"ukps-ab"}})");
     QTest::newRow("no port, key in capitals keeps the variant")
-            << QByteArray(R"({"connection":{"variant":"UKPS-AB"}})") << 0 << "" << 0
+            << QByteArray(R"({"connection":{"variant":"UKPS-AB"}})") << 0
             << QByteArray(R"({"connection":{"port":"","variant":"ukps-ks"}})");
     QTest::newRow("unknown key keeps the earlier variant, other members stay")
             << QByteArray(R"({"a":1,"connection":{"baud":9,"port":"COM3","variant":"ukps"}})") << 3
-            << "COM3" << 3
             << QByteArray(
                        R"({"a":1,"connection":{"baud":9,"port":"COM3","variant":"uki-kiranto"}})");
     QTest::newRow("key with blanks, ukps-ks-2 not taken for ukps-ks")
-            << QByteArray(R"({"connection":{"variant":" ukps-ks-2 "}})") << 0 << "" << 2
+            << QByteArray(R"({"connection":{"variant":" ukps-ks-2 "}})") << 0
             << QByteArray(R"({"connection":{"port":"","variant":"ukps-ks-2"}})");
     QTest::newRow("connection not an object")
-            << QByteArray(R"({"connection":"ttyS0"})") << 2 << "" << 2
+            << QByteArray(R"({"connection":"ttyS0"})") << 2
             << QByteArray(R"({"connection":{"port":"","variant":"ukps-ks-2"}})");
-    QTest::newRow("malformed, variant out of range is not written")
-            << QByteArray("{\"connection\": ") << 7 << "" << 7
-            << QByteArray(R"({"connection":{"port":""}})");
+    QTest::newRow("malformed, variant out of range kept and not written")
+            << QByteArray("{\"connection\": ") << 7 << QByteArray(R"({"connection":{"port":""}})");
     QTest::newRow("variant not a string")
-            << QByteArray(R"({"connection":{"variant":3}})") << 0 << "" << 0
+            << QByteArray(R"({"connection":{"variant":3}})") << 0
             << QByteArray(R"({"connection":{"port":"","variant":"ukps-ks"}})");
 }
 
@@ -126,16 +121,12 @@ void tst_Startup::settings()
 {
     QFETCH(QByteArray, json);
     QFETCH(int, before);
-    QFETCH(QString, port);
-    QFETCH(int, variant);
     QFETCH(QByteArray, saved);
     ProgramSettings settings;
     settings.port = QStringLiteral("stale");
     settings.variant = before;
     QJsonObject object = QJsonDocument::fromJson(json).object();
     settings.fromJson(object);
-    QCOMPARE(settings.port, port);
-    QCOMPARE(settings.variant, variant);
     settings.toJson(object);
     QCOMPARE(QJsonDocument(object).toJson(QJsonDocument::Compact), saved);
 }
