@@ -39,6 +39,8 @@ qint64 rssKiB()
 class tst_Soak : public QObject
 {
     Q_OBJECT
+    static int threadsNow() { return int(QDir("/proc/self/task").count()); }
+
 private slots:
     // Of every 25 programs one is cut by a hangup in "get_cfg" (the simulator is started again)
     // and one finds no port; the others read, write and read statistics.
@@ -52,13 +54,13 @@ private slots:
         QVERIFY2(sim.start(arguments), "kiranto-sim did not start (ctest sets KIRANTO_SIM)");
         int programs = qEnvironmentVariableIntValue("KIRANTO_SOAK_PROGRAMS");
         programs = programs > 0 ? programs : 200;
-        auto threadsNow = [] {
-            return int(QDir("/proc/self/task").count());
-        };
         const int startThreads = threadsNow();
         int objects = 0, threads = 0, succeeded = 0, done = 0;
         qint64 warmRss = 0;
         bool ok = false;
+        auto asFound = [&] {
+            return liveObjects == objects && threadsNow() == threads;
+        };
         Uki uki;
         connect(&uki, &Uki::programDone, [&](bool success) {
             ok = success;
@@ -88,12 +90,7 @@ private slots:
                 objects = liveObjects;
                 threads = threadsNow();
             }
-            QVERIFY2(i < 24
-                             || QTest::qWaitFor(
-                                     [&] {
-                                         return liveObjects == objects && threadsNow() == threads;
-                                     },
-                                     10000),
+            QVERIFY2(i < 24 || QTest::qWaitFor(asFound, 10000),
                      at + " left QObjects or threads behind");
             if (i + 1 == std::min(200, programs / 2))
                 warmRss = rssKiB();
