@@ -1,0 +1,212 @@
+#include "app/application.h"
+#include "app/programsettings.h"
+#include "ui/aboutdialog.h"
+#include "ui/configdialog.h"
+#include "ui/popupmessage.h"
+
+#include <QtTest>
+
+// The popup over the main window, the configuration dialog and the about box.
+class tst_Dialogs : public QObject
+{
+    Q_OBJECT
+private slots:
+    void popupParse_data();
+    void popupParse();
+    void popupPlacement();
+    void popupExpiry_data();
+    void popupExpiry();
+    void configPort_data();
+    void configPort();
+    void about();
+};
+
+void tst_Dialogs::popupParse_data()
+{
+    QTest::addColumn<QString>("row");
+    for (const char *row : {"[[OK]]Файл записан => Ok|Файл записан",
+                            "[[ERR]]Устройство не подключено => Error|Устройство не подключено",
+                            "[[WARN]]Нет данных => Warning|Нет данных",
+                            "[[INFO]]Подключаемся... => Info|Подключаемся...",
+                            "Просто текст => Info|Просто текст",
+                            " => Info|",
+                            "[[OK]] => Ok|",
+                            "Файл [[OK]]записан => Info|Файл [[OK]]записан",
+                            "[[ok]]Файл => Info|[[ok]]Файл",
+                            "[[ERR]]Порт[[ERR]] занят[[ERR]] => Error|Порт занят",
+                            "[[WARN]]Внимание [[OK]] => Warning|Внимание [[OK]]",
+                            "[[INFO]][[OK]]Готово => Info|[[OK]]Готово",
+                            " [[OK]]Готово => Info| [[OK]]Готово"})
+        QTest::newRow(row) << QString(row);
+}
+
+void tst_Dialogs::popupParse()
+{
+    QFETCH(QString, row);
+    const QString message = row.section(" => ", 0, 0);
+    const PopupMessage::Parsed parsed = PopupMessage::parse(message);
+    QCOMPARE(parsed.className + '|' + parsed.text, row.section(" => ", 1));
+    QWidget window;
+    window.resize(801, 601);
+    PopupMessage popup(&window);
+    popup.show(message);
+    QCOMPARE(popup.label()->property("class").toString() + '|' + popup.label()->text(),
+             row.section(" => ", 1));
+}
+
+void tst_Dialogs::popupPlacement()
+{
+    struct Row
+    {
+        QSize window, label;
+        QPoint topLeft;
+    };
+    for (const Row &row : {Row{{800, 600}, {200, 50}, {300, 375}},
+                           Row{{801, 601}, {200, 51}, {300, 375}},
+                           Row{{100, 100}, {10, 10}, {45, 61}},
+                           Row{{300, 90}, {300, 40}, {0, 40}},
+                           Row{{300, 90}, {304, 40}, {-2, 40}}})
+        QCOMPARE(PopupMessage::placement(row.window, row.label), row.topLeft);
+    QWidget window;
+    window.resize(240, 333);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    PopupMessage popup(&window);
+    popup.show("[[ERR]]Устройство не подключено: Автономная работа с файлами без прибора", 5000);
+    const QLabel *label = popup.label();
+    QCOMPARE(label->size(), label->sizeHint());
+    QCOMPARE(label->pos(), PopupMessage::placement(window.size(), label->size()));
+    popup.show("[[OK]]Второе", 5000);
+    QCOMPARE(label->pos(), PopupMessage::placement(window.size(), label->sizeHint()));
+    QCOMPARE(window.findChildren<QLabel *>().size(), 1);
+}
+
+void tst_Dialogs::popupExpiry_data()
+{
+    QTest::addColumn<QString>("steps");
+    QTest::addColumn<QString>("shown");
+    // "show:<ms>" shows a message, "+<ms>" lets the clock run and checks expiry, "cancel".
+    QTest::newRow("0 ms, same instant") << "show:0 +0"
+                                        << "1 1";
+    QTest::newRow("0 ms, one ms later") << "show:0 +1"
+                                        << "1 0";
+    QTest::newRow("3000 ms, at and past the deadline") << "show:3000 +3000 +1"
+                                                       << "1 1 0";
+    QTest::newRow("30000 ms, after 29 s") << "show:30000 +29000"
+                                          << "1 1";
+    QTest::newRow("new message's time counts") << "show:100 +50 show:2000 +1000 +1001"
+                                               << "1 1 1 1 0";
+    QTest::newRow("cancel hides at once") << "show:30000 cancel +60000 show:100"
+                                          << "1 0 0 1";
+}
+
+void tst_Dialogs::popupExpiry()
+{
+    QFETCH(QString, steps);
+    QFETCH(QString, shown);
+    QWidget window;
+    window.show();
+    PopupMessage popup(&window);
+    qint64 now = 1000000;
+    popup.setClock([&now] { return now; });
+    QStringList seen;
+    for (const QString &step : steps.split(' ')) {
+        if (step.startsWith("show:"))
+            popup.show("[[INFO]]Читаем архив...", step.mid(5).toInt());
+        else if (step == "cancel")
+            popup.cancel();
+        else {
+            now += step.toInt();
+            popup.expireIfDue();
+        }
+        seen << QString::number(popup.label()->isVisible());
+    }
+    QCOMPARE(seen.join(' '), shown);
+    // The real clock: the popup's own timer hides a message of 0 ms.
+    popup.setClock(&QDateTime::currentMSecsSinceEpoch);
+    popup.show("[[OK]]Готово", 0);
+    QTRY_VERIFY_WITH_TIMEOUT(popup.label()->isHidden(), 10000);
+}
+
+void tst_Dialogs::configPort_data()
+{
+    QTest::addColumn<QStringList>("present");
+    QTest::addColumn<QString>("port");
+    QTest::addColumn<int>("variant");
+    QTest::addColumn<QString>("listed");
+    QTest::addColumn<QString>("stored");
+    const QString three = "ttyS0,ttyS1,ttyUSB0";
+    const QString marker = " (отсутствует в системе)";
+    QTest::newRow("present port, ukps-ks")
+            << three.split(',') << "ttyUSB0" << 0 << "ttyS0,ttyS1,>ttyUSB0"
+            << "ttyUSB0 0";
+    QTest::newRow("missing port listed second, ukps-ab")
+            << three.split(',') << "ttyUSB7" << 1 << "ttyS0,>ttyUSB7" + marker + ",ttyS1,ttyUSB0"
+            << "ttyUSB7 1";
+    QTest::newRow("case-sensitive lookup, ukps-ks-2")
+            << three.split(',') << "TTYS0" << 2 << "ttyS0,>TTYS0" + marker + ",ttyS1,ttyUSB0"
+            << "TTYS0 2";
+    QTest::newRow("no ports, uki-kiranto as ukps-ks-2")
+            << QStringList() << "ttyACM0" << 3 << ">ttyACM0" + marker << "ttyACM0 2";
+    QTest::newRow("symlink path, unknown variant")
+            << QStringList{"ttyS0"} << "/tmp/kiranto-sim" << 9 << "ttyS0,>/tmp/kiranto-sim" + marker
+            << "/tmp/kiranto-sim 2";
+    QTest::newRow("no port keeps first, negative variant")
+            << three.split(',') << "" << -1 << ">" + three << "ttyS0 2";
+}
+
+void tst_Dialogs::configPort()
+{
+    QFETCH(QStringList, present);
+    QFETCH(QString, port);
+    QFETCH(int, variant);
+    QFETCH(QString, listed);
+    QFETCH(QString, stored);
+    ConfigDialog dialog;
+    auto combo = dialog.findChild<QComboBox *>("cbComPort");
+    combo->clear();
+    combo->addItems(present);
+    ProgramSettings settings;
+    settings.port = port;
+    settings.variant = variant;
+    dialog.setSettings(settings);
+    QStringList items;
+    for (int i = 0; i < combo->count(); ++i)
+        items << (i == combo->currentIndex() ? ">" : "") + combo->itemText(i);
+    QCOMPARE(items.join(','), listed);
+    ProgramSettings out;
+    out.port = "stale";
+    out.variant = 42;
+    dialog.getSettings(out);
+    QCOMPARE(out.port + ' ' + QString::number(out.variant), stored);
+
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    combo->lineEdit()->clear();
+    QTest::keyClicks(combo->lineEdit(), "/tmp/typed");
+    dialog.findChild<QDialogButtonBox *>("buttonBox")->button(QDialogButtonBox::Ok)->click();
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    dialog.getSettings(out);
+    QCOMPARE(out.port, QString("/tmp/typed"));
+}
+
+void tst_Dialogs::about()
+{
+    QCoreApplication::setApplicationVersion("1.23");
+    Application::initResources();
+    AboutDialog dialog;
+    QCOMPARE(dialog.windowTitle(), QString("О программе"));
+    auto browser = dialog.findChild<QTextBrowser *>("textBrowser");
+    const QString text = browser->toPlainText();
+    QVERIFY2(!browser->toHtml().contains("%%"), qPrintable(text));
+    QCOMPARE(text.split('\n', Qt::SkipEmptyParts).mid(0, 2).join('|'),
+             QString("КИРАНТО-линк (версия 1.23)|Сервисная программа для устройств КИРАНТО"));
+    QVERIFY(browser->toHtml().contains("href=\"mailto:"));
+    const QTextFragment name = browser->document()->firstBlock().begin().fragment();
+    QCOMPARE(name.text(), QString("КИРАНТО-линк"));
+    QVERIFY(name.charFormat().fontWeight() >= QFont::Bold);
+    QCOMPARE(name.charFormat().fontPointSize(), 12.0);
+}
+
+QTEST_MAIN(tst_Dialogs)
+#include "tst_dialogs.moc"
