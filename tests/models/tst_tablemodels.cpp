@@ -1,6 +1,8 @@
 #include "models/ctcorrections.h"
 #include "models/customchannels.h"
+#include "models/doublespinboxdelegate.h"
 #include "models/locators.h"
+#include "models/spinboxdelegate.h"
 #include "support.h"
 
 #include <QAbstractItemModelTester>
@@ -62,6 +64,9 @@ private slots:
     void ctEdit();
     void ctMarks();
     void lookups();
+    void editors_data();
+    void editors();
+    void editorInView();
 };
 
 void tst_TableModels::parse_data()
@@ -182,6 +187,10 @@ void tst_TableModels::parse_data()
     loc("masks written as 16",
         "200\t1.2.3\t10000000000000001111\t1111\t0100000000000000" + zeros,
         "200|1.2.3|1000000000000000|0000000000000000|ИXXX XXXX XXXX XXXX",
+        {});
+    loc("other mask characters read 0",
+        "9\t3.3\t1x1?000000000000" + zeros + zeros + zeros,
+        "9|3.3|1010000000000000|0000000000000000|ИXИX XXXX XXXX XXXX",
         {});
     loc("trimmed",
         " 9\t3.3\t1000000000000000" + zeros + zeros + zeros + "\r",
@@ -336,6 +345,82 @@ void tst_TableModels::lookups()
              QList<int>({5, 0x800f, 0x8007, 0x8003, 0x0001}));
     QVERIFY(locators.locatorAt(0).isMonitor);
     QCOMPARE(locators.locatorAt(2).address, 0u);
+}
+
+void tst_TableModels::editors_data()
+{
+    QTest::addColumn<QString>("row");
+    // "<editor>|<typed>|<committed>": gain and phase of CT row "1 3 250 -25", an integer cell
+    // holding "200", or the text a real editor shows for a value.
+    for (const char *row : {"gain|1.15|1\t3\t114\t-25",
+                            "gain|999.00|1\t3\t99900\t-25",
+                            "gain|0.29|1\t3\t28\t-25",
+                            "gain|1000|1\t3\t250\t-25",
+                            "phase|-12.3|1\t3\t250\t-123",
+                            "phase|360.0|1\t3\t250\t3600",
+                            "int|37|37",
+                            "int|999|999",
+                            "int|0|0",
+                            "int|1000|200",
+                            "int|abc|200",
+                            "show2|1|1.00",
+                            "show2ru|0.99|0,99",
+                            "show1|-2.5|-2.5",
+                            "show1|10|10.0",
+                            "show2|OFF|OFF"})
+        QTest::newRow(QString(row).replace('\t', ' ').toUtf8()) << QString(row);
+}
+
+void tst_TableModels::editors()
+{
+    QFETCH(QString, row);
+    const QStringList parts = row.split('|');
+    const QString kind = parts[0];
+    if (kind.startsWith("show")) {
+        const DoubleSpinBoxDelegate delegate(-360.0, 999.0, 0.1, kind.mid(4, 1).toInt());
+        bool number = false;
+        const double value = parts[1].toDouble(&number);
+        QCOMPARE(delegate.displayText(number ? QVariant(value) : QVariant(parts[1]),
+                                      QLocale(kind.endsWith("ru") ? "ru_RU" : "C")),
+                 parts[2]);
+        return;
+    }
+    CtCorrections model({ctHeader, "1\t3\t250\t-25"});
+    QTableWidget table(1, 1);
+    table.setItem(0, 0, new QTableWidgetItem("200"));
+    DoubleSpinBoxDelegate gain(0.01, 999.0, 0.01, 2);
+    DoubleSpinBoxDelegate phase(-360.0, 360.0, 0.1, 1);
+    SpinBoxDelegate integer(0, 999, 1);
+    QStyledItemDelegate *delegate = kind == "gain" ? &gain
+                                    : kind == "phase"
+                                            ? &phase
+                                            : static_cast<QStyledItemDelegate *>(&integer);
+    QAbstractItemModel *target = kind == "int" ? table.model() : &model;
+    const QModelIndex index = target->index(0, kind == "int" ? 0 : kind == "gain" ? 2 : 3);
+    std::unique_ptr<QWidget> editor(delegate->createEditor(nullptr, QStyleOptionViewItem(), index));
+    delegate->setEditorData(editor.get(), index);
+    editor->findChild<QLineEdit *>()->setText(parts[1]);
+    delegate->setModelData(editor.get(), target, index);
+    QCOMPARE(kind == "int" ? table.item(0, 0)->text() : model.toText().at(1), parts[2]);
+}
+
+void tst_TableModels::editorInView()
+{
+    CtCorrections model({ctHeader, "1\t3\t250\t-25"});
+    QTableView view;
+    DoubleSpinBoxDelegate delegate(0.01, 999.0, 0.01, 2);
+    view.setModel(&model);
+    view.setItemDelegateForColumn(2, &delegate);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    const QModelIndex index = model.index(0, 2);
+    view.edit(index);
+    QWidget *editor = view.indexWidget(index);
+    QCOMPARE(editor->geometry(), view.visualRect(index));
+    editor->findChild<QLineEdit *>()->setText("1.15");
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_COMPARE(model.rowAt(0).gain, 114u);
+    QVERIFY(model.isModified(0));
 }
 
 QTEST_MAIN(tst_TableModels)
