@@ -169,10 +169,11 @@ void tst_Settings::everyKey()
     QFETCH(bool, accepted);
     // Start from a text where this key holds another accepted value.
     QStringList start = nonDefaultLines(type);
+    const QVector<Key> keys = keysOf(type);
     int index = 0;
-    while (keysOf(type)[index].key != key)
+    while (keys[index].key != key)
         ++index;
-    const Key &k = keysOf(type)[index];
+    const Key &k = keys[index];
     start[index] = key + '\t' + QString::number(value <= k.minimum ? k.maximum : k.minimum);
     QStringList wanted = start;
     const QString line = key + '\t' + QString::number(value);
