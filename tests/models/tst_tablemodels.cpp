@@ -355,6 +355,8 @@ void tst_TableModels::editors_data()
     for (const char *row : {"gain|1.15|1\t3\t114\t-25",
                             "gain|999.00|1\t3\t99900\t-25",
                             "gain|0.29|1\t3\t28\t-25",
+                            "gain|0.295|1\t3\t250\t-25",
+                            "phase|-12.34|1\t3\t250\t-25",
                             "gain|1000|1\t3\t250\t-25",
                             "phase|-12.3|1\t3\t250\t-123",
                             "phase|360.0|1\t3\t250\t3600",
