@@ -171,18 +171,18 @@ void tst_CsvFiles::saveAll_data()
 void tst_CsvFiles::saveAll()
 {
     QFETCH(QString, outcome);
-    const QStringList spec = QString(QTest::currentDataTag()).section(':', 0, 0).split(' ');
+    const QStringList words = QString(QTest::currentDataTag()).section(':', 0, 0).split(' ');
     QTemporaryDir dir;
-    const QString folder = spec[2] == "plain" ? QCoreApplication::applicationFilePath()
-                                              : dir.path();
+    const QString folder = words[2] == "plain" ? QCoreApplication::applicationFilePath()
+                                               : dir.path();
     for (const QString key : {"config", "archive"}) {
         const QString name = F::saveAllFileName(folder, stamp, key);
-        QVERIFY(spec[2] != "old" || TestSupport::writeFile(name, "old"));
-        QVERIFY(spec[2] != key || QDir().mkdir(name));
+        QVERIFY(words[2] != "old" || TestSupport::writeFile(name, "old"));
+        QVERIFY(words[2] != key || QDir().mkdir(name));
     }
-    const QStringList s = spec[1].contains('s') ? QStringList{"A", "OK"} : QStringList();
-    const QStringList a = spec[1].contains('a') ? QStringList{"I", "Ё"} : QStringList();
-    const CsvMessage result = F::saveAll(folder, stamp.addSecs(18), spec[0].toInt(), s, a, {"V"});
+    const QStringList s = words[1].contains('s') ? QStringList{"A", "OK"} : QStringList();
+    const QStringList a = words[1].contains('a') ? QStringList{"I", "Ё"} : QStringList();
+    const CsvMessage result = F::saveAll(folder, stamp.addSecs(18), words[0].toInt(), s, a, {"V"});
     QCOMPARE(result.milliseconds, 3000);
     QStringList seen{QString(result.text).replace(folder, "<dir>")};
     for (const QString &name : QDir(dir.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name))

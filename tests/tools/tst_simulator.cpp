@@ -45,13 +45,16 @@ class tst_Simulator : public QObject
                  && m_port.error() != QSerialPort::TimeoutError;
         return bytes;
     }
-    static void row(const char *name, const char *spec) { QTest::newRow(name) << QString(spec); }
+    static void row(const char *name, const char *rowText)
+    {
+        QTest::newRow(name) << QString(rowText);
+    }
 
 private slots:
     void initTestCase() { QVERIFY(restart()); }
     void faults_data()
     {
-        QTest::addColumn<QString>("spec"); // rules|command|outcome
+        QTest::addColumn<QString>("rowText"); // rules|command|outcome
         row("hangup: half, then gone", "hangup|get_cfg|cut hangup");
         row("silence: no effect", "silence|set_cust_5_2_10_45_200|silent");
         row("reject: no effect", "reject|set_cust_5_4_10_45_200|refused");
@@ -71,8 +74,8 @@ private slots:
     }
     void faults()
     {
-        QFETCH(QString, spec);
-        const QStringList fields = spec.split('|');
+        QFETCH(QString, rowText);
+        const QStringList fields = rowText.split('|');
         const QByteArray command = fields.at(1).toLatin1();
         const QByteArray before = command.startsWith("set_") ? exchange("get_cust") : QByteArray();
         rules(fields.at(0).toLatin1());
@@ -148,7 +151,7 @@ private slots:
 
     void badArguments_data()
     {
-        QTest::addColumn<QString>("spec");
+        QTest::addColumn<QString>("rowText");
         row("state of another variant", "--variant ukps-ab");
         row("unknown variant", "--variant uki");
         row("unknown fault", "--fault sparkle:cfg");
@@ -157,9 +160,9 @@ private slots:
     }
     void badArguments()
     {
-        QFETCH(QString, spec);
+        QFETCH(QString, rowText);
         TestSupport::Simulator sim(m_dir.path());
-        QVERIFY(!sim.start(spec.split(' ')));
+        QVERIFY(!sim.start(rowText.split(' ')));
         QCOMPARE(sim.exitCode(), 2);
         QVERIFY(!QFileInfo(sim.link()).isSymLink());
     }
