@@ -204,7 +204,7 @@ void tst_Dialogs::about()
     QVERIFY(browser->toHtml().contains("href=\"mailto:"));
     const QTextFragment name = browser->document()->firstBlock().begin().fragment();
     QCOMPARE(name.text(), QString("КИРАНТО-линк"));
-    QVERIFY(name.charFormat().fontWeight() >= QFont::Bold);
+    QVERIFY(name.charFormat().fontWeight() >= QFont::DemiBold);
     QCOMPARE(name.charFormat().fontPointSize(), 12.0);
 }
 
