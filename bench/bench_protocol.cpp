@@ -5,7 +5,6 @@
 //
 // Usage: bench_protocol [repeats]; the simulator is KIRANTO_SIM or the one built beside it.
 
-#include "app/programsettings.h"
 #include "protocol/uki.h"
 #include "settings/ukisettings.h"
 
@@ -172,7 +171,7 @@ public:
         }
         if (m_sim.readLine().trimmed() != m_link.toLocal8Bit())
             return false;
-        ProgramSettings::instance().port = m_link;
+        m_uki.setPortName(m_link);
         return true;
     }
 

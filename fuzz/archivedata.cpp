@@ -1,7 +1,6 @@
 #include "fuzzinput.h"
 #include "fuzztargets.h"
 
-#include "app/programsettings.h"
 #include "models/archivedata.h"
 #include "models/archivefilterproxy.h"
 
@@ -81,8 +80,7 @@ void fuzzArchiveData(const uint8_t *data, size_t size)
                     "the filter passes an event of another class");
         }
     }
-    ProgramSettings::instance().variant = int(size % 6) - 1;
-    proxy.setFilterIndex(int(size % 9) - 1);
+    proxy.setFilterIndex(int(size % 6) - 1, int(size % 9) - 1);
     proxy.sort(int(size % 5) - 1);
     Fuzz::touchModel(proxy);
 

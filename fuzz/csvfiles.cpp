@@ -2,13 +2,13 @@
 #include "fuzztargets.h"
 
 #include "app/programsettings.h"
+#include "files/csvfiles.h"
 #include "models/archivedata.h"
 #include "models/ctcorrections.h"
 #include "models/customchannels.h"
 #include "models/locators.h"
 #include "settings/ukisettings.h"
 #include "settings/ukpssettings.h"
-#include "ui/csvfiles.h"
 
 namespace {
 
@@ -33,8 +33,8 @@ void settingsFile(const QByteArray &bytes)
 {
     const QStringList lines = CsvFiles::decodeLines(bytes, CsvFiles::Kind::Settings);
     const int variant = CsvFiles::takeVariantFromFile(lines, CsvFiles::Kind::Settings);
-    Fuzz::check(variant == ProgramSettings::instance().variant,
-                "the file's variant is not taken over");
+    Fuzz::check(variant == CsvFiles::variantFromFile(lines.value(0)),
+                "the file's variant is not the one its first line names");
 
     const CsvSettingsFile file = CsvFiles::splitSettingsFile(lines);
     Fuzz::check(file.separatorIndex >= -1 && file.separatorIndex < lines.size(),

@@ -58,9 +58,9 @@ void ArchiveFilterProxy::setFilterClass(quint32 filterClass)
     invalidateFilter();
 }
 
-void ArchiveFilterProxy::setFilterIndex(int index)
+void ArchiveFilterProxy::setFilterIndex(int variant, int index)
 {
-    setFilterClass(classForIndex(ProgramSettings::instance().variant, index));
+    setFilterClass(classForIndex(variant, index));
 }
 
 QStringList ArchiveFilterProxy::filterItems(int variant)

@@ -25,9 +25,9 @@ public:
 
     quint32 filterClass() const { return m_filterClass; }
     void setFilterClass(quint32 filterClass);
-    // Index of cbArchiveFilter: mapped to a class for ProgramSettings::instance().variant as it
-    // is at the time of the call. A later change of variant leaves the stored class alone.
-    void setFilterIndex(int index);
+    // Index of cbArchiveFilter: mapped to a class for the variant given with it. A later change
+    // of variant leaves the stored class alone.
+    void setFilterIndex(int variant, int index);
 
     // The items of cbArchiveFilter for a device variant, "Всё" first; only "Всё" for an unknown one.
     static QStringList filterItems(int variant);

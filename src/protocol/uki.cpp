@@ -1,6 +1,5 @@
 #include "uki.h"
 
-#include "app/programsettings.h"
 #include "link/seriallink.h"
 #include "link/serialtask.h"
 #include "models/ctcorrections.h"
@@ -173,7 +172,6 @@ bool Uki::startProgram(const std::shared_ptr<UkiProgram> &program)
 
 void Uki::openLink()
 {
-    m_portName = ProgramSettings::instance().port;
     m_thread = new QThread;
     auto link = new SerialLink(m_portName);
     link->moveToThread(m_thread);

@@ -66,6 +66,10 @@ public:
     uint statsChannel() const { return m_statsChannel; }
     uint statsLevel() const { return m_statsLevel; }
 
+    // The serial port that the next program opens: a device path or a port name.
+    QString portName() const { return m_portName; }
+    void setPortName(const QString &portName) { m_portName = portName; }
+
     // True while a program is active or its link is still closing.
     bool isBusy() const { return m_thread || m_program; }
 

@@ -107,6 +107,7 @@ void MainWindow::saveConfig()
 void MainWindow::createEngine()
 {
     m_uki = new Uki(this);
+    m_uki->setPortName(ProgramSettings::instance().port);
     connect(m_uki, &Uki::logMessage, this, &MainWindow::logMessage);
     connect(m_uki, &Uki::configReadDone, this, &MainWindow::configReadDone);
     connect(m_uki, &Uki::configWriteDone, this, &MainWindow::configWriteDone);
@@ -163,7 +164,9 @@ void MainWindow::createPages()
     connect(ui->cbArchiveFilter,
             QOverload<int>::of(&QComboBox::currentIndexChanged),
             m_archiveFilter,
-            &ArchiveFilterProxy::setFilterIndex);
+            [filter = m_archiveFilter](int index) {
+                filter->setFilterIndex(ProgramSettings::instance().variant, index);
+            });
 
     ui->tableCorrections->setItemDelegateForColumn(
             CtCorrections::GainColumn, new DoubleSpinBoxDelegate(0.01, 999.0, 0.01, 2, this));
@@ -296,6 +299,7 @@ void MainWindow::editProperties()
     if (dialog.exec() != QDialog::Accepted)
         return;
     dialog.getSettings(ProgramSettings::instance());
+    m_uki->setPortName(ProgramSettings::instance().port);
     reconnect();
     logMessage(QStringLiteral("_version__"));
 }

@@ -2,7 +2,7 @@
 
 #include "settings/ukisettings.h"
 #include "settings/ukpssettings.h"
-#include "ui/csvfiles.h"
+#include "files/csvfiles.h"
 
 #include <QMainWindow>
 #include <QString>

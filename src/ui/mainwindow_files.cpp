@@ -6,6 +6,7 @@
 
 #include "app/application.h"
 #include "app/programsettings.h"
+#include "files/csvfiles.h"
 #include "models/archivedata.h"
 #include "models/ctcorrections.h"
 #include "models/customchannels.h"
@@ -14,7 +15,6 @@
 #include "settings/ukiconfigeditor.h"
 #include "settings/ukpsconfigeditor.h"
 #include "stats/statgraphwidget.h"
-#include "ui/csvfiles.h"
 #include "ui/popupmessage.h"
 
 #include <QDateTime>
@@ -125,6 +125,7 @@ void MainWindow::loadConfigFromFile()
                 tr("Загрузка конфигурации УКИ из файла"), CsvFiles::Kind::Settings, name, lines))
         return;
     const int variant = CsvFiles::takeVariantFromFile(lines, CsvFiles::Kind::Settings);
+    ProgramSettings::instance().variant = variant;
     const CsvSettingsFile file = CsvFiles::splitSettingsFile(lines);
 
     // The monitor's firmware version, when the file carries a versions list: the UKPS form
@@ -202,6 +203,7 @@ void MainWindow::loadArchiveFromFile()
     if (!openFileLines(tr("Загрузка архива из файла"), CsvFiles::Kind::Archive, name, lines))
         return;
     const int variant = CsvFiles::takeVariantFromFile(lines, CsvFiles::Kind::Archive);
+    ProgramSettings::instance().variant = variant;
     // The archive parser drops the header lines as it drops any line that is not an event.
     showArchive(lines);
     ui->labelStatus->setText(tr("Данные из файла %1").arg(shownName(name)));

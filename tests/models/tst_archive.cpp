@@ -1,4 +1,3 @@
-#include "app/programsettings.h"
 #include "models/archivedata.h"
 #include "models/archivefilterproxy.h"
 #include "support.h"
@@ -347,17 +346,15 @@ void tst_Archive::filter()
     ArchiveFilterProxy proxy;
     QAbstractItemModelTester tester(&proxy, QAbstractItemModelTester::FailureReportingMode::QtTest);
     proxy.setSourceModel(&archive);
-    ProgramSettings::instance().variant = variant;
     for (int index = -1; index <= classes.size(); ++index) {
         const int filterClass = index >= 0 && index < classes.size() ? classes[index].digitValue()
                                                                      : 0;
-        proxy.setFilterIndex(index);
+        proxy.setFilterIndex(variant, index);
         QCOMPARE(int(proxy.filterClass()), filterClass);
         QCOMPARE(visibleCodes(proxy, archive), classCodes(filterClass));
     }
     // The chosen class stays when the variant changes, until a new choice.
-    proxy.setFilterIndex(classes.size() - 1);
-    ProgramSettings::instance().variant = (variant + 1) % 4;
+    proxy.setFilterIndex(variant, classes.size() - 1);
     QCOMPARE(visibleCodes(proxy, archive), classCodes(classes.back().digitValue()));
     proxy.setFilterClass(8);
     QCOMPARE(proxy.rowCount(), 0);

@@ -1,7 +1,6 @@
 // The protocol engine end to end: Uki with its real serial link against kiranto-sim on a
 // pseudo-terminal, plus the statistics parser and the canned replies.
 
-#include "app/programsettings.h"
 #include "models/ctcorrections.h"
 #include "models/customchannels.h"
 #include "models/locators.h"
@@ -89,7 +88,7 @@ void tst_Uki::startSimulator(const QString &variant, const QString &fault)
                               "--fault-file",
                               m_dir.filePath("faults")}));
     }
-    ProgramSettings::instance().port = m_sim->link();
+    m_uki->setPortName(m_sim->link());
 }
 
 bool tst_Uki::run(const std::function<bool()> &request, bool expectOk)
@@ -166,7 +165,7 @@ void tst_Uki::program()
     };
     startSimulator(f[0].isEmpty() ? m_variant : f[0], f[2]);
     if (f[0].isEmpty())
-        ProgramSettings::instance().port = m_sim->link() + "/../ttyMissing";
+        m_uki->setPortName(m_sim->link() + "/../ttyMissing");
     std::shared_ptr<CtCorrections> corrections;
     if (words[0] == "corr") {
         QVERIFY(run([&] { return m_uki->readData(Uki::ReadCorrections); }));

@@ -2,7 +2,6 @@
 // simulator, in one process. Every run, also one cut off by a hangup or without a port, must
 // give back its worker thread, its link with port and timer, and its memory.
 
-#include "app/programsettings.h"
 #include "protocol/uki.h"
 #include "support.h"
 
@@ -69,7 +68,7 @@ private slots:
         });
         for (int i = 0; i < programs; ++i) {
             const QByteArray at = "program " + QByteArray::number(i);
-            ProgramSettings::instance().port = i % 25 == 24 ? dir.filePath("no-tty") : sim.link();
+            uki.setPortName(i % 25 == 24 ? dir.filePath("no-tty") : sim.link());
             QVERIFY2(i % 25 == 23   ? uki.readData(Uki::ReadIdentification | Uki::ReadSettings)
                      : i % 20 == 19 ? uki.readStats(0, uint(i / 20 % 16), 0)
                      : i % 10 == 4  ? uki.readData(Uki::ReadIdentification)

@@ -1,4 +1,3 @@
-#include "app/programsettings.h"
 #include "models/customchannels.h"
 #include "models/locators.h"
 #include "protocol/searchstatistics.h"
@@ -256,8 +255,8 @@ void tst_Stats::device()
 {
     TestSupport::Simulator simulator(m_install.path());
     QVERIFY(simulator.start());
-    ProgramSettings::instance().port = simulator.link();
     Page page;
+    page.uki.setPortName(simulator.link());
     QSignalSpy read(&page.uki, &Uki::configReadDone);
     QVERIFY(retry(read,
                   [&] { page.uki.readData(Uki::ReadIdentification | Uki::ReadCustomChannels); }));

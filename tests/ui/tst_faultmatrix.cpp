@@ -2,7 +2,6 @@
 // cannot be opened. Each run must end with the right message and log lines, the device buttons
 // as they were, the data read before kept, and nothing left running.
 
-#include "app/programsettings.h"
 #include "link/seriallink.h"
 #include "models/locators.h"
 #include "protocol/uki.h"
@@ -147,7 +146,7 @@ void tst_FaultMatrix::establishBaseline()
     }
     if (m_baselineValid)
         return;
-    ProgramSettings::instance().port = m_sim->link();
+    m_window->uki()->setPortName(m_sim->link());
     const Uki *uki = m_window->uki();
     for (const QString step : {"tbConnect", "tbReadConfig", "tbReadArchive"}) {
         bool done = false;

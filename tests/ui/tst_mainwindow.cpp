@@ -321,7 +321,7 @@ void tst_MainWindow::firstWriteInEnglish()
                         0,
                         R"({"variant": "ukps-ks-2", "settings": {"ModeDef": 3}})"));
     newWindow();
-    ProgramSettings::instance().port = m_sim->link();
+    m_window->uki()->setPortName(m_sim->link());
     m_log->clear();
     QVERIFY(run("tbConnect"));
     QVERIFY(run("tbWriteConfig", true));
@@ -351,7 +351,7 @@ void tst_MainWindow::files()
     QVERIFY(QMetaObject::invokeMethod(m_window.get(), "saveData"));
     QCOMPARE(popup(m_window.get()), QStringLiteral("[[Warning]]Нечего сохранять!"));
     QCOMPARE(QDir(data).entryList(QDir::Files), QStringList());
-    ProgramSettings::instance().port = m_sim->link();
+    m_window->uki()->setPortName(m_sim->link());
     QVERIFY(run("tbConnect"));
     QCOMPARE(m_sent, (QStringList{"get_cfg", "cfg"}));
     QVERIFY(run("tbReadConfig"));

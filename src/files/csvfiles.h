@@ -123,8 +123,7 @@ public:
     // a decimal number; 0 when it is not one. No range check.
     static int variantFromFile(const QString &firstLine);
     // variantFromFile() of the first line with the debug log "Variant : %1" and
-    // "Archive.kirantoVariant : %1" (Archive) or "config.kirantoVariant : %1"; the result is also
-    // stored as the variant of ProgramSettings::instance().
+    // "Archive.kirantoVariant : %1" (Archive) or "config.kirantoVariant : %1".
     static int takeVariantFromFile(const QStringList &lines, Kind kind);
     // Cuts a settings file at the line "--------------------" (debug log "index : %1" and
     // "versionLines : %1") and drops the page header lines from the settings block.

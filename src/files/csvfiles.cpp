@@ -335,7 +335,6 @@ int CsvFiles::takeVariantFromFile(const QStringList &lines, Kind kind)
         qDebug().noquote() << QStringLiteral("Archive.kirantoVariant : %1").arg(variant);
     else
         qDebug().noquote() << QStringLiteral("config.kirantoVariant : %1").arg(variant);
-    ProgramSettings::instance().variant = variant;
     return variant;
 }
 
