@@ -39,6 +39,32 @@ bool hasLocators(int variant)
     return variant == UkpsKs2 || variant == UkiKiranto;
 }
 
+int fromKey(const QString &variantKey)
+{
+    for (int variant = UkpsKs; variant <= UkiKiranto; ++variant) {
+        if (variantKey == QLatin1String(keys[variant]))
+            return variant;
+    }
+    return -1;
+}
+
+int fromFirmware(const QString &version, int fallback)
+{
+    switch (version.section(QLatin1Char('.'), 0, 0, QString::SectionSkipEmpty).toUInt()) {
+    case 3:
+        return UkpsKs;
+    case 4:
+        return UkpsAb;
+    case 5:
+        return UkpsKs2;
+    case 8:
+    case 9:
+        return UkiKiranto;
+    default:
+        return fallback;
+    }
+}
+
 } // namespace DeviceVariant
 
 void ProgramSettings::fromJson(const QJsonObject &object)
@@ -47,12 +73,9 @@ void ProgramSettings::fromJson(const QJsonObject &object)
     port = connection.value(QLatin1String("port")).toString().trimmed();
     // An unknown or missing key keeps the variant as it was, deliberately.
     const QString variantKey = connection.value(QLatin1String("variant")).toString().trimmed();
-    for (int v = DeviceVariant::UkpsKs; v <= DeviceVariant::UkiKiranto; ++v) {
-        if (variantKey == QLatin1String(DeviceVariant::keys[v])) {
-            variant = v;
-            break;
-        }
-    }
+    const int named = DeviceVariant::fromKey(variantKey);
+    if (named >= 0)
+        variant = named;
 }
 
 void ProgramSettings::toJson(QJsonObject &object) const

@@ -21,6 +21,11 @@ QString displayName(int variant);
 QString nativeName(int variant);
 // Variants that report a locators list ("ukps-ks-2", "uki-kiranto").
 bool hasLocators(int variant);
+// The variant of a key ("ukps-ks" ... "uki-kiranto"); -1 for any other text.
+int fromKey(const QString &variantKey);
+// The variant that a monitor's firmware version names by its first number (3, 4, 5, 8 or 9);
+// fallback for any other.
+int fromFirmware(const QString &version, int fallback);
 } // namespace DeviceVariant
 
 // The two program settings kept between runs in config.json: serial port and device variant.

@@ -419,24 +419,9 @@ void MainWindow::identificationRead()
     logMessage(QStringLiteral("r_version : %1").arg(version));
     logMessage(QStringLiteral("r_versionRes : %1").arg(number));
 
+    // An unknown version keeps the variant chosen in the settings dialog.
     ProgramSettings &program = ProgramSettings::instance();
-    switch (number) {
-    case 3:
-        program.variant = DeviceVariant::UkpsKs;
-        break;
-    case 4:
-        program.variant = DeviceVariant::UkpsAb;
-        break;
-    case 5:
-        program.variant = DeviceVariant::UkpsKs2;
-        break;
-    case 8:
-    case 9:
-        program.variant = DeviceVariant::UkiKiranto;
-        break;
-    default:
-        break; // the variant chosen in the settings dialog stays
-    }
+    program.variant = DeviceVariant::fromFirmware(version, program.variant);
     const int variant = program.variant;
     const QString name = DeviceVariant::displayName(variant);
 
