@@ -420,6 +420,185 @@
     </message>
 </context>
 <context>
+    <name>Cli</name>
+    <message>
+        <location filename="../../cli/main.cpp" line="+93"/>
+        <source>устройство на %1: %2</source>
+        <translation>device on %1: %2</translation>
+    </message>
+    <message>
+        <location line="+42"/>
+        <source>Устройство: %1 (%2)</source>
+        <translation>Device: %1 (%2)</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Версия ПО: %1</source>
+        <translation>Firmware version: %1</translation>
+    </message>
+    <message>
+        <location line="+40"/>
+        <source>не удалось создать папку %1</source>
+        <translation>could not create folder %1</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>ошибка записи в файл %1: %2</source>
+        <translation>error writing file %1: %2</translation>
+    </message>
+    <message>
+        <location line="+30"/>
+        <source>не удалось прочитать файл %1: %2</source>
+        <translation>could not read file %1: %2</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>файл %1 для устройства %2, а подключено %3</source>
+        <translation>file %1 is for a %2, but a %3 is connected</translation>
+    </message>
+    <message>
+        <location line="+55"/>
+        <source>%1 - файл коррекций, а не настроек</source>
+        <translation>%1 is a corrections file, not a settings file</translation>
+    </message>
+    <message>
+        <location line="+13"/>
+        <source>Резервная копия: %1</source>
+        <translation>Backup: %1</translation>
+    </message>
+    <message>
+        <location line="+18"/>
+        <source>%1 (записано %2, прочитано %3)</source>
+        <translation>%1 (written %2, read back %3)</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>kiranto-cli: устройство не приняло: %1</source>
+        <translation>kiranto-cli: not taken by the device: %1</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Записано и проверено: %1 из %1</source>
+        <translation>Written and verified: %1 of %1</translation>
+    </message>
+    <message>
+        <location line="+49"/>
+        <source>Чтение и запись устройств КИРАНТО через последовательный порт.
+
+Команды:
+  identify                 вариант, версия ПО, локаторы с масками и состоянием ТТ
+  read --out DIR           файлы страниц в DIR (--what settings,archive,
+                           corrections,channels,all; по умолчанию all)
+  backup --out DIR         всё в датированную папку внутри DIR
+  compare FILE             устройство против файла настроек или коррекций,
+                           по строке на различие: ключ, устройство, файл
+  write-settings FILE      резервная копия (--backup DIR), запись, проверка
+  stats ADDRESS CHANNEL    точки статистики поиска (--level L, по умолчанию 1)
+
+Коды завершения: 0 - успех, 1 - есть различия, 2 - ошибка в командной строке,
+3 - ошибка устройства, 4 - ошибка файла.</source>
+        <translation>Reads and writes KIRANTO devices over a serial port.
+
+Commands:
+  identify                 variant, firmware version, locators with masks and CT states
+  read --out DIR           page files into DIR (--what settings,archive,
+                           corrections,channels,all; default all)
+  backup --out DIR         everything into a dated folder inside DIR
+  compare FILE             the device against a settings or corrections file,
+                           one line per difference: key, device, file
+  write-settings FILE      backup (--backup DIR), write, read back and check
+  stats ADDRESS CHANNEL    fault-search statistics points (--level L, default 1)
+
+Exit status: 0 ok, 1 differences, 2 usage error,
+3 device error, 4 file error.</translation>
+    </message>
+    <message>
+        <location line="+17"/>
+        <source>Последовательный порт (обязательно).</source>
+        <translation>Serial port (required).</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Вариант устройства: ukps-ks, ukps-ab, ukps-ks-2, uki-kiranto (по умолчанию по версии ПО).</source>
+        <translation>Device variant: ukps-ks, ukps-ab, ukps-ks-2, uki-kiranto (default: from the firmware version).</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Вывод в JSON.</source>
+        <translation>Output as JSON.</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Папка для файлов.</source>
+        <translation>Folder for the files.</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Что читать.</source>
+        <translation>What to read.</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Папка резервных копий.</source>
+        <translation>Folder for backups.</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Показать команды записи, не отправляя их.</source>
+        <translation>Print the write commands instead of sending them.</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Уровень статистики.</source>
+        <translation>Statistics level.</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Команда и её аргументы.</source>
+        <translation>The command and its arguments.</translation>
+    </message>
+    <message>
+        <location line="+21"/>
+        <source>неизвестная команда &quot;%1&quot; (см. --help)</source>
+        <translation>unknown command &quot;%1&quot; (see --help)</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>неверное число аргументов команды %1</source>
+        <translation>wrong number of arguments for command %1</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>не задан порт (--port)</source>
+        <translation>no port given (--port)</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>неизвестный вариант &quot;%1&quot;</source>
+        <translation>unknown variant &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>не задана папка (--out)</source>
+        <translation>no folder given (--out)</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>неизвестное значение --what: &quot;%1&quot;</source>
+        <translation>unknown value of --what: &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>нет файла %1</source>
+        <translation>no such file: %1</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>адрес, канал и уровень - целые числа</source>
+        <translation>address, channel and level must be whole numbers</translation>
+    </message>
+</context>
+<context>
     <name>ConfigDialog</name>
     <message>
         <location filename="../../ui/configdialog.ui" line="+14"/>
@@ -480,7 +659,7 @@
 <context>
     <name>CsvFiles</name>
     <message>
-        <location filename="../../ui/csvfiles.cpp" line="+209"/>
+        <location filename="../../files/csvfiles.cpp" line="+208"/>
         <source>[[ERR]]Не удалось сохранить данные: не найдена папка для сохранения.</source>
         <translation>[[ERR]]Could not save the data: the folder to save to was not found.</translation>
     </message>
@@ -522,7 +701,7 @@
         <translation>[[OK]]File written</translation>
     </message>
     <message>
-        <location line="+48"/>
+        <location line="+47"/>
         <source>[[OK]]Файл прочитан</source>
         <translation>[[OK]]File read</translation>
     </message>
@@ -586,6 +765,19 @@
         <location line="+2"/>
         <source>Верхний порог</source>
         <translation>Upper threshold</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceSession</name>
+    <message>
+        <location filename="../../cli/devicesession.cpp" line="+53"/>
+        <source>Устройство занято</source>
+        <translation>The device is busy</translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>Устройство не ответило как ожидалось</source>
+        <translation>The device did not answer as expected</translation>
     </message>
 </context>
 <context>
@@ -960,7 +1152,7 @@
     </message>
     <message>
         <location line="+106"/>
-        <location filename="../../ui/mainwindow.cpp" line="+472"/>
+        <location filename="../../ui/mainwindow.cpp" line="+461"/>
         <source>Коррекция ТТ</source>
         <translation>CT correction</translation>
     </message>
@@ -1102,12 +1294,12 @@
         <translation>KIRANTO-Link</translation>
     </message>
     <message>
-        <location filename="../../ui/mainwindow.cpp" line="-331"/>
+        <location filename="../../ui/mainwindow.cpp" line="-319"/>
         <source>Команд выполнено: %v из %m</source>
         <translation>Commands done: %v of %m</translation>
     </message>
     <message>
-        <location line="+174"/>
+        <location line="+177"/>
         <source>[[INFO]]Подключаемся...</source>
         <translation>[[INFO]]Connecting...</translation>
     </message>
@@ -1142,7 +1334,7 @@
         <translation>[[ERR]]Device not connected: working offline</translation>
     </message>
     <message>
-        <location line="+60"/>
+        <location line="+45"/>
         <source>&lt;html&gt;&lt;head/&gt;&lt;body&gt;&lt;p align=&quot;center&quot;&gt;&lt;span style=&quot;font-weight:600;&quot;&gt;%1&lt;/span&gt;&lt;br&gt;Версия ПО - &lt;span style=&quot;font-weight:600;&quot;&gt;%2&lt;/span&gt;&lt;/p&gt;&lt;/body&gt;&lt;/html&gt;</source>
         <translation>&lt;html&gt;&lt;head/&gt;&lt;body&gt;&lt;p align=&quot;center&quot;&gt;&lt;span style=&quot;font-weight:600;&quot;&gt;%1&lt;/span&gt;&lt;br&gt;Firmware version - &lt;span style=&quot;font-weight:600;&quot;&gt;%2&lt;/span&gt;&lt;/p&gt;&lt;/body&gt;&lt;/html&gt;</translation>
     </message>
@@ -1162,7 +1354,7 @@
         <translation>[[OK]]Configuration loaded</translation>
     </message>
     <message>
-        <location line="+47"/>
+        <location line="+48"/>
         <source>[[OK]]Данные отправлены</source>
         <translation>[[OK]]Data sent</translation>
     </message>
@@ -1193,18 +1385,18 @@
     </message>
     <message>
         <location line="+17"/>
-        <location line="+150"/>
+        <location line="+152"/>
         <source>Загрузка конфигурации УКИ из файла</source>
         <translation>Load IMD configuration from file</translation>
     </message>
     <message>
-        <location line="-100"/>
-        <location line="+32"/>
+        <location line="-101"/>
+        <location line="+33"/>
         <source>Данные из файла %1</source>
         <translation>Data from file %1</translation>
     </message>
     <message>
-        <location line="-23"/>
+        <location line="-24"/>
         <source>Сохранение архива событий в файл</source>
         <translation>Save event archive to file</translation>
     </message>
@@ -1214,7 +1406,7 @@
         <translation>Load event archive from file</translation>
     </message>
     <message>
-        <location line="+14"/>
+        <location line="+15"/>
         <location line="+35"/>
         <source>[[WARN]]Нечего сохранять!</source>
         <translation>[[WARN]]Nothing to save!</translation>
