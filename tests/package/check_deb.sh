@@ -67,7 +67,8 @@ echo "== dpkg -c"
 dpkg -c "$deb" | tee "$scratch/contents.txt"
 # Regular files only (dpkg -c: permissions first, path sixth); directories may vary.
 files=$(awk '$1 !~ /^d/ { print $6 }' "$scratch/contents.txt" | sort)
-expected=$(printf '%s\n' ./usr/bin/kiranto-link \
+expected=$(printf '%s\n' ./usr/bin/kiranto-link ./usr/bin/kiranto-cli \
+    ./usr/share/man/man1/kiranto-cli.1.gz \
     ./usr/share/applications/kiranto-link.desktop \
     ./usr/share/icons/hicolor/scalable/apps/kiranto-link.svg | sort)
 [ "$files" = "$expected" ] || fail "files in the package:
@@ -86,6 +87,19 @@ grep -qx 'Exec=kiranto-link' "$desktop" || fail "the desktop entry does not star
 grep -qx 'Icon=kiranto-link' "$desktop" || fail "the desktop entry does not name the icon"
 file_type=$(od -An -c -N4 "$program" | tr -d ' ')
 [ "$file_type" = '177ELF' ] || fail "$program is not an ELF file"
+version=$(LANG=C.UTF-8 LC_ALL=C.UTF-8 "$scratch/root/usr/bin/kiranto-cli" --version)
+[ "$version" = "kiranto-cli 1.00" ] || fail "kiranto-cli --version says \"$version\""
+zcat "$scratch/root/usr/share/man/man1/kiranto-cli.1.gz" | grep -q 'Exit status: 0 ok' \
+    || fail "the manual page does not give the exit statuses"
+
+echo "== the README's install command"
+readme=$(dirname "$0")/../../README.md
+grep -qF "apt install ./$(basename "$deb")" "$readme" \
+    || fail "README.md does not install $(basename "$deb") with apt install"
+if [ -n "$(ls /var/lib/apt/lists 2>/dev/null | grep -v '^lock$\|^partial$\|^auxfiles$')" ]; then
+    apt-get install --simulate --no-install-recommends "$deb" >"$scratch/apt.log" 2>&1 \
+        || { cat "$scratch/apt.log"; fail "apt-get cannot install $(basename "$deb")"; }
+fi
 
 echo "== run the packaged program (offscreen, portable layout)"
 # A "config" folder beside the executable selects the portable layout: the log goes to "logs"
