@@ -8,8 +8,8 @@
 using Entry = void (*)(const uint8_t *, size_t);
 Q_DECLARE_METATYPE(Entry)
 
-// Every seed of the fuzz corpora, and every input a fuzzer once found failing, fed to the same
-// target body. A body aborts when a check fails, so passing means: no crash, all checks held.
+// Every file of the fuzz corpora (the seeds, and the inputs a fuzzer once found failing), fed
+// to the same target body. A body aborts when a check fails, so passing means: no crash, all checks held.
 class tst_FuzzRegressions : public QObject
 {
     Q_OBJECT
@@ -46,32 +46,6 @@ void tst_FuzzRegressions::inputs_data()
             QTest::addRow("%s/%s", qPrintable(it.key()), qPrintable(name))
                     << it.value() << TestSupport::readFile(dir.filePath(name));
     }
-    // A key twice in one object: Qt's parser drops the first value; settings still load and save.
-    QTest::newRow("config.json with a key twice")
-            << Entry(fuzzProgramSettings)
-            << QByteArray("{\"connection\": {\"port\": \" ttyS1 \", \"variant\": \"ukps-ab\"}, "
-                          "\"x\": {\"port\": \"a\"}, \"x\": [1, 2]}");
-    QTest::newRow("settings object with a key twice")
-            << Entry(fuzzUkiSettingsJson)
-            << QByteArray("{\"a\":{\"b\":\"c\"},\"a\":1,\"Bright\":7}");
-    // A clock time in the hour repeated when the clocks go back (Moscow, 26.10.2008) took the
-    // first or the second occurrence depending on the date converted before it.
-    QTest::newRow("archive time in the repeated autumn hour")
-            << Entry(fuzzArchiveData)
-            << QByteArray("2\t26.10.08\t02:30:00\tE\n"
-                          "9\t01.01.00\t00:00:00\t\xff\n"
-                          "2\t26.10.08\t02:30:00\tET_GENERAL_RESISTANCE\t\t\t\t\t\t\t\t2");
-    QTest::newRow("archive search stamp in the repeated autumn hour")
-            << Entry(fuzzArchiveData)
-            << QByteArray("1\t01.07.08\t12:00:00\tET_SODC_PARAM\t0\t0\t0\t0\t0\t0\t0\t0\n"
-                          "2\t26.10.08\t02:40:00\tET_FEED_PARAM\t1\t2\t3\t4\t5\t6\t"
-                          "26.10.08\t02:30:00\n"
-                          "3\t01.01.09\t12:00:00\tET_SODC_PARAM\t0\t0\t0\t0\t0\t0\t0\t0\n"
-                          "4\t26.10.08\t02:40:00\tET_FEED_PARAM\t1\t2\t3\t4\t5\t6\t"
-                          "26.10.08\t02:30:00");
-    // Byte order marks at the start of a line: the loader drops one each time it reads the line.
-    QTest::newRow("settings file line of two byte order marks")
-            << Entry(fuzzCsvFiles) << QByteArray("\n\xef\xbb\xbf\xef\xbb\xbf");
 }
 
 void tst_FuzzRegressions::inputs()
