@@ -90,14 +90,12 @@ void tst_TableModels::parse_data()
     ct("phase has no range", "2\t5\t100\t-99999", "2|5|1|-9999.9");
     ct("spaces trimmed", "  3\t2\t150\t7\r\n", "3|2|1.5|0.7");
     ct("extra fields ignored", "3\t2\t150\t7\tx", "3|2|1.5|0.7");
-    for (const QString &bad : {QString("1\t0\t100\t0"),
-                               QString("255\t1\t100\t0"),
-                               QString("1\t1\t0\t0"),
-                               QString("1\t1\t100"),
-                               QString("1\t1\t100\tx"),
-                               QString("a\t1\t100\t0"),
-                               QString("1\t1\t1.5\t0"),
-                               QString()})
+    // Refused: channel 0, address 255, gain 0, a field short, phase and address not numbers, a
+    // fractional gain, an empty line.
+    for (const QString &bad :
+         QString("1\t0\t100\t0|255\t1\t100\t0|1\t1\t0\t0|1\t1\t100|1\t1\t100\tx|"
+                 "a\t1\t100\t0|1\t1\t1.5\t0|")
+                 .split('|'))
         ct("refused " + QString(bad).replace('\t', ','), bad, QString());
 
     const auto custom =
@@ -117,93 +115,56 @@ void tst_TableModels::parse_data()
     custom("bounds below a step", "1\t1\t1\t4\t4", "1|1|1|0|0", "1\t1\t1\t0\t0");
     custom("extra fields", "5\t2\t200\t10\t45\tx", "5|2|200|10|45", "5\t2\t200\t10\t45");
     custom("trimmed", " 7\t3\tOFF\r\n", "7|3|OFF||", "7\t3\tOFF");
-    for (const QString &bad : {QString("5\t2\t0\t10\t45"),
-                               QString("5\t2\t200\t80\t45"),
-                               QString("255\t1\tOFF"),
-                               QString("5\t0\tOFF"),
-                               QString("5\t2\toff"),
-                               QString("5\t2"),
-                               QString("5\t2\t200\t10"),
-                               QString("5\t2\t200\t-5\t45"),
-                               QString("L5\t2\tOFF")})
+    // Refused: RLoc 0, lower bound 80, address 255, channel 0, "off", fields short, a negative
+    // bound, a letter in the address.
+    for (const QString &bad :
+         QString("5\t2\t0\t10\t45|5\t2\t200\t80\t45|255\t1\tOFF|5\t0\tOFF|5\t2\toff|"
+                 "5\t2|5\t2\t200\t10|5\t2\t200\t-5\t45|L5\t2\tOFF")
+                 .split('|'))
         custom("refused " + QString(bad).replace('\t', ','), bad, QString(), QString());
     QTest::newRow("custom: repeated channel stays a row")
             << "custom" << QStringList{"5\t2\t200\t12\t47", "5\t2\t300\t10\t45"}
             << QStringList{"5|2|200|10|45", "5|2|300|10|45"}
             << QStringList{customHeader, "5\t2\t200\t10\t45", "5\t2\t300\t10\t45"} << QStringList();
 
-    const auto loc = [](const QString &name,
-                        const QString &line,
-                        const QString &row,
-                        const QStringList &log) {
-        QTest::newRow(qPrintable("versions: " + name))
-                << "loc" << QStringList{line} << (row.isEmpty() ? QStringList() : QStringList{row})
-                << QStringList() << log;
+    // name; reply line; row shown; "bad" line or "address" logged
+    const auto loc = [](const char *text) {
+        const QStringList f = QString::fromUtf8(text).split(';');
+        const QString kind = f[3] == "bad" ? "_Bad line in UKI versions list: "
+                                           : "Bad address in UKI versions list: ";
+        QTest::newRow(qPrintable("versions: " + f[0]))
+                << "loc" << QStringList{f[1]}
+                << (f[2].isEmpty() ? QStringList() : QStringList{f[2]}) << QStringList()
+                << (f[3].isEmpty() ? QStringList() : QStringList{kind + f[1]});
     };
-    const auto bad = [](const QString &line) {
-        return QStringList{"_Bad line in UKI versions list: " + line};
-    };
-    const auto badAddress = [](const QString &line) {
-        return QStringList{"Bad address in UKI versions list: " + line};
-    };
-    const QString zeros = "\t0000000000000000";
-    loc("monitor",
-        monitorLine,
-        "УКИ|9.6.43|1111111100000000|1111111100000000|ОООО ОООО XXXX XXXX",
-        {});
-    loc("monitor 8.0 kept",
-        "UKI\t8.0" + zeros + zeros + zeros + zeros,
-        "УКИ|8.0|0000000000000000|0000000000000000|XXXX XXXX XXXX XXXX",
-        {});
-    loc("monitor empty version parts",
-        "UKI\t..12.1" + zeros + zeros + zeros + zeros,
-        "УКИ|..12.1|0000000000000000|0000000000000000|XXXX XXXX XXXX XXXX",
-        {});
-    loc("locator, every CT state letter",
-        locatorLine,
-        "5|2.1.7|1111000000000001|1110000000000001|ЗОиИ XXXX XXXX XXXО",
-        {});
-    loc("locator old firmware kept",
-        "17\t1.0\t1000000000000000" + zeros + zeros + zeros,
-        "17|1.0|1000000000000000|0000000000000000|ИXXX XXXX XXXX XXXX",
-        {});
-    loc("short mask reads 0",
-        "5\t5.0\t1111\t1111111111111111\t1111111111111111" + zeros,
-        "5|5.0|0000000000000000|1111111111111111|XXXX XXXX XXXX XXXX",
-        {});
-    loc("masks written as 16",
-        "200\t1.2.3\t10000000000000001111\t1111\t0100000000000000" + zeros,
-        "200|1.2.3|1000000000000000|0000000000000000|ИXXX XXXX XXXX XXXX",
-        {});
-    loc("other mask characters read 0",
-        "9\t3.3\t1x1?000000000000" + zeros + zeros + zeros,
-        "9|3.3|1010000000000000|0000000000000000|ИXИX XXXX XXXX XXXX",
-        {});
-    loc("trimmed",
-        " 9\t3.3\t1000000000000000" + zeros + zeros + zeros + "\r",
-        "9|3.3|1000000000000000|0000000000000000|ИXXX XXXX XXXX XXXX",
-        {});
-    loc("monitor 7.9.1 dropped", QString(monitorLine).replace("9.6.43", "7.9.1"), {}, {});
-    loc("monitor without digits", QString(monitorLine).replace("9.6.43", "beta"), {}, {});
-    loc("header with more", locHeader + "\tCT-A\tCT-B", {}, {});
-    loc("four fields",
-        "5\t5.0\t0000000000001111\t0000000000001111",
-        {},
-        bad("5\t5.0\t0000000000001111\t0000000000001111"));
-    loc("seven fields", locatorLine + "\t1", {}, bad(locatorLine + "\t1"));
-    loc("empty trailing masks", "6\t5.0\t\t\t\t", {}, bad("6\t5.0\t\t\t\t"));
-    loc("untrimmed logged as received", "  OK\r", {}, bad("  OK\r"));
-    loc("bad address", "x" + locatorLine, {}, badAddress("x" + locatorLine));
-    loc("lower-case uki",
-        QString(monitorLine).replace("UKI", "uki"),
-        {},
-        badAddress(QString(monitorLine).replace("UKI", "uki")));
-    loc("negative address", "-" + locatorLine, {}, badAddress("-" + locatorLine));
+    // clang-format off
+    loc("monitor;UKI\t9.6.43\t1111111100000000\t1111111100000000\t1111111100000000\t0000000000000000;УКИ|9.6.43|1111111100000000|1111111100000000|ОООО ОООО XXXX XXXX;");
+    loc("monitor 8.0 kept;UKI\t8.0\t0000000000000000\t0000000000000000\t0000000000000000\t0000000000000000;УКИ|8.0|0000000000000000|0000000000000000|XXXX XXXX XXXX XXXX;");
+    loc("monitor empty version parts;UKI\t..12.1\t0000000000000000\t0000000000000000\t0000000000000000\t0000000000000000;УКИ|..12.1|0000000000000000|0000000000000000|XXXX XXXX XXXX XXXX;");
+    loc("locator, every CT state letter;5\t2.1.7\t1111000000000001\t1110000000000001\t1100000000000001\t1000000000000000;5|2.1.7|1111000000000001|1110000000000001|ЗОиИ XXXX XXXX XXXО;");
+    loc("locator old firmware kept;17\t1.0\t1000000000000000\t0000000000000000\t0000000000000000\t0000000000000000;17|1.0|1000000000000000|0000000000000000|ИXXX XXXX XXXX XXXX;");
+    loc("short mask reads 0;5\t5.0\t1111\t1111111111111111\t1111111111111111\t0000000000000000;5|5.0|0000000000000000|1111111111111111|XXXX XXXX XXXX XXXX;");
+    loc("masks written as 16;200\t1.2.3\t10000000000000001111\t1111\t0100000000000000\t0000000000000000;200|1.2.3|1000000000000000|0000000000000000|ИXXX XXXX XXXX XXXX;");
+    loc("other mask characters read 0;9\t3.3\t1x1?000000000000\t0000000000000000\t0000000000000000\t0000000000000000;9|3.3|1010000000000000|0000000000000000|ИXИX XXXX XXXX XXXX;");
+    loc("trimmed; 9\t3.3\t1000000000000000\t0000000000000000\t0000000000000000\t0000000000000000\r;9|3.3|1000000000000000|0000000000000000|ИXXX XXXX XXXX XXXX;");
+    loc("monitor 7.9.1 dropped;UKI\t7.9.1\t1111111100000000\t1111111100000000\t1111111100000000\t0000000000000000;;");
+    loc("monitor without digits;UKI\tbeta\t1111111100000000\t1111111100000000\t1111111100000000\t0000000000000000;;");
+    loc("header with more;Addr\tver\tEnabled\tTested\tCT-A\tCT-B;;");
+    loc("four fields;5\t5.0\t0000000000001111\t0000000000001111;;bad");
+    loc("seven fields;5\t2.1.7\t1111000000000001\t1110000000000001\t1100000000000001\t1000000000000000\t1;;bad");
+    loc("empty trailing masks;6\t5.0\t\t\t\t;;bad");
+    loc("untrimmed logged as received;  OK\r;;bad");
+    loc("bad address;x5\t2.1.7\t1111000000000001\t1110000000000001\t1100000000000001\t1000000000000000;;address");
+    loc("lower-case uki;uki\t9.6.43\t1111111100000000\t1111111100000000\t1111111100000000\t0000000000000000;;address");
+    loc("negative address;-5\t2.1.7\t1111000000000001\t1110000000000001\t1100000000000001\t1000000000000000;;address");
+    // clang-format on
     QTest::newRow("versions: whole reply")
             << "loc" << QStringList{monitorLine, "x\t1\t2", locatorLine, "OK"}
             << QStringList{"УКИ|9.6.43|1111111100000000|1111111100000000|ОООО ОООО XXXX XXXX",
                            "5|2.1.7|1111000000000001|1110000000000001|ЗОиИ XXXX XXXX XXXО"}
-            << QStringList() << (bad("x\t1\t2") + bad("OK"));
+            << QStringList()
+            << QStringList{"_Bad line in UKI versions list: x\t1\t2",
+                           "_Bad line in UKI versions list: OK"};
 }
 
 void tst_TableModels::parse()
