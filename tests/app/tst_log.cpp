@@ -30,8 +30,7 @@ private slots:
     void entries_data();
     void entries();
     void midnightAndUnwritableFolder();
-    void fatalEntryCarriesOriginAndAborts();
-    void fatalChild();
+    void fatalEntry();
 
 private:
     QByteArray log(const QString &date) const
@@ -97,31 +96,11 @@ void tst_Log::midnightAndUnwritableFolder()
              QByteArray("00:00:00:000 - [DEBUG]: after\n00:00:00:000 - [INFO]: written again\n"));
 }
 
-void tst_Log::fatalEntryCarriesOriginAndAborts()
+void tst_Log::fatalEntry()
 {
     const QMessageLogContext context("uki.cpp", 57, "void Uki::start()", "default");
     QCOMPARE(Log::entry(QtFatalMsg, context, QStringLiteral("no port"), QTime(0, 0, 0, 7)),
              QStringLiteral("00:00:00:007 - [FATAL]: no port(uki.cpp, 57, void Uki::start())"));
-    QProcess child;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("KIRANTO_LOG_FATAL_FOLDER"), m_folder);
-    child.setProcessEnvironment(env);
-    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("fatalChild")});
-    QVERIFY(child.waitForFinished(30000));
-    QCOMPARE(child.exitStatus(), QProcess::CrashExit);
-    // The entry may or may not reach the disk, but never with a line end.
-    const QByteArray content = log("2026-11-04");
-    QVERIFY2(content.isEmpty() || content.startsWith("09:42:07:005 - [FATAL]: boom("), content);
-    QVERIFY(!content.endsWith('\n'));
-}
-
-// Runs only as the child process of fatalEntryCarriesOriginAndAborts().
-void tst_Log::fatalChild()
-{
-    if (qEnvironmentVariableIsEmpty("KIRANTO_LOG_FATAL_FOLDER"))
-        QSKIP("runs as a child process");
-    m_folder = qEnvironmentVariable("KIRANTO_LOG_FATAL_FOLDER");
-    qFatal("boom");
 }
 
 QTEST_GUILESS_MAIN(tst_Log)

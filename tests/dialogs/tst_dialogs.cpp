@@ -67,18 +67,6 @@ void tst_Dialogs::popupPlacement()
                            Row{{300, 90}, {300, 40}, {0, 40}},
                            Row{{300, 90}, {304, 40}, {-2, 40}}})
         QCOMPARE(PopupMessage::placement(row.window, row.label), row.topLeft);
-    QWidget window;
-    window.resize(240, 333);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    PopupMessage popup(&window);
-    popup.show("[[ERR]]Устройство не подключено: Автономная работа с файлами без прибора", 5000);
-    const QLabel *label = popup.label();
-    QCOMPARE(label->size(), label->sizeHint());
-    QCOMPARE(label->pos(), PopupMessage::placement(window.size(), label->size()));
-    popup.show("[[OK]]Второе", 5000);
-    QCOMPARE(label->pos(), PopupMessage::placement(window.size(), label->sizeHint()));
-    QCOMPARE(window.findChildren<QLabel *>().size(), 1);
 }
 
 void tst_Dialogs::popupExpiry_data()
@@ -86,18 +74,14 @@ void tst_Dialogs::popupExpiry_data()
     QTest::addColumn<QString>("steps");
     QTest::addColumn<QString>("shown");
     // "show:<ms>" shows a message, "+<ms>" lets the clock run and checks expiry, "cancel".
-    QTest::newRow("0 ms, same instant") << "show:0 +0"
-                                        << "1 1";
-    QTest::newRow("0 ms, one ms later") << "show:0 +1"
-                                        << "1 0";
-    QTest::newRow("3000 ms, at and past the deadline") << "show:3000 +3000 +1"
-                                                       << "1 1 0";
-    QTest::newRow("30000 ms, after 29 s") << "show:30000 +29000"
-                                          << "1 1";
-    QTest::newRow("new message's time counts") << "show:100 +50 show:2000 +1000 +1001"
-                                               << "1 1 1 1 0";
-    QTest::newRow("cancel hides at once") << "show:30000 cancel +60000 show:100"
-                                          << "1 0 0 1";
+    // clang-format off
+    QTest::newRow("0 ms, same instant") << "show:0 +0" << "1 1";
+    QTest::newRow("0 ms, one ms later") << "show:0 +1" << "1 0";
+    QTest::newRow("3000 ms, at and past the deadline") << "show:3000 +3000 +1" << "1 1 0";
+    QTest::newRow("30000 ms, after 29 s") << "show:30000 +29000" << "1 1";
+    QTest::newRow("new message's time counts") << "show:100 +50 show:2000 +1000 +1001" << "1 1 1 1 0";
+    QTest::newRow("cancel hides at once") << "show:30000 cancel +60000 show:100" << "1 0 0 1";
+    // clang-format on
 }
 
 void tst_Dialogs::popupExpiry()

@@ -77,8 +77,6 @@ private slots:
     void conversion();
     void tenths();
     void keptFields();
-    void ukiInputArrangement_data();
-    void ukiInputArrangement();
     void firmwareVersion_data();
     void firmwareVersion();
     void ukpsVariant_data();
@@ -196,42 +194,6 @@ void tst_ConfigEditors::keptFields()
                      .arg(back.value(UkiSettings::ModeInput))
                      .arg(back.value(UkiSettings::Flags)),
              QString("1 8192"));
-}
-
-void tst_ConfigEditors::ukiInputArrangement_data()
-{
-    QTest::addColumn<QString>("row");
-    // X9 index, monitors | group title | widgets shown | input items
-    const QStringList rows = {"0 1|Дискретный вход|label_28 cbModeInput|3",
-                              "0 2|Дискретный вход|label_28 cbModeInput|4",
-                              "1 2|4-20|label_9 cbIoutEn label_4 sbRiso420|4"};
-    for (const QString &row : rows)
-        QTest::newRow(qPrintable(row.section('|', 0, 0))) << row;
-}
-
-// The X9 input decides which half of its group is shown; the number of monitors the fourth item.
-void tst_ConfigEditors::ukiInputArrangement()
-{
-    QFETCH(QString, row);
-    UkiConfigEditor editor;
-    editor.show();
-    UkiSettings record;
-    record.setValue(UkiSettings::Flags, row.startsWith('1') ? 0x2000 : 0);
-    record.setValue(UkiSettings::NumUki, 3);
-    editor.setSettings(record);
-    editor.findChild<QSpinBox *>("sbNumUki")
-            ->setValue(row.section('|', 0, 0).section(' ', 1).toInt());
-    QStringList names;
-    for (const QString &name :
-         QString("label_9 cbIoutEn label_4 sbRiso420 label_28 cbModeInput").split(' '))
-        if (editor.findChild<QWidget *>(name)->isVisible())
-            names << name;
-    QCOMPARE(QStringList({row.section('|', 0, 0),
-                          editor.findChild<QGroupBox *>("groupBox_4")->title(),
-                          names.join(' '),
-                          QString::number(editor.findChild<QComboBox *>("cbModeInput")->count())})
-                     .join('|'),
-             row);
 }
 
 void tst_ConfigEditors::firmwareVersion_data()

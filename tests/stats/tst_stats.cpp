@@ -137,12 +137,9 @@ void tst_Stats::scale()
     QCOMPARE(shown.join(' ') + " /" + QString::number(scale.upper()), row.section('|', 1));
 }
 
-// Plot geometry, the T axis and the mapping of values and positions into the plot.
+// The T axis and the mapping of values and positions into the plot.
 void tst_Stats::axes()
 {
-    const StatGeometry geometry = StatGeometry::forSize(QSize(800, 500), 42, 17);
-    QCOMPARE(geometry.frame, QRect(QPoint(0, 0), QPoint(798, 498)));
-    QCOMPARE(geometry.plot, QRect(QPoint(42, 10), QPoint(797, 477)));
     QStringList labels;
     for (int position : StatScale::timeTicks())
         labels << QString("%1:%2").arg(position).arg(StatScale::timeLabel(position));
@@ -163,11 +160,7 @@ void tst_Stats::palette()
     QCOMPARE(graph.assignColor(5, 1), QString("#f5361a"));
     QCOMPARE(graph.assignColor(0, 0), QString("#3f78f6"));
     QCOMPARE(graph.assignColor(5, 1), QString("#f5361a"));
-    for (int i = 2; i < 86; ++i)
-        StatPalette::next();
-    QCOMPARE(graph.assignColor(1, 1), QString("#ea83e3"));
-    QCOMPARE(graph.assignColor(1, 2), QString("#f5361a"));
-    QCOMPARE(StatPalette::color(43), QString("#b3213c"));
+    QCOMPARE(StatPalette::color(86), QString("#ea83e3"));
     StatChannel &entry = graph.entry(9, 9);
     entry.setLower(16);
     entry.setRLoc(1500);

@@ -1,5 +1,5 @@
-// The device simulator seen from the far end of its line: its faults, refusals, pacing, state,
-// transcript and refused arguments. What its replies say is checked by the parsers that read them.
+// The device simulator seen from the far end of its line: its faults, refusals, pacing, state
+// and refused arguments (its transcript is what every end-to-end suite reads the wire from). What its replies say is checked by the parsers that read them.
 
 #include "support.h"
 
@@ -125,28 +125,6 @@ private slots:
         QVERIFY(kept.contains("RisoM3s1\t77\r\n") && kept.contains("2\t5\t333\t15\t60"));
         QVERIFY(restart());
         QCOMPARE(state(), kept);
-    }
-
-    // One line per event, after a time stamp in seconds with six decimals.
-    void transcript()
-    {
-        const int from = int(TestSupport::readFile(m_sim.transcriptPath()).count('\n'));
-        QVERIFY(restart());
-        rules("reject:corr");
-        const int settings = int(exchange("get_cfg").size());
-        exchange("corr");
-        m_sim.stop();
-        QCOMPARE(m_sim.exitCode(), 0);
-        QString text = QString::fromLatin1(TestSupport::readFile(m_sim.transcriptPath()));
-        text = text.section('\n', from)
-                       .remove(QRegularExpression("^\\d+\\.\\d{6} ",
-                                                  QRegularExpression::MultilineOption));
-        QCOMPARE(text.replace(QRegularExpression("pts/\\d+"), "pts/N"),
-                 QStringLiteral(
-                         "stop signal 15\nready uki-kiranto /dev/pts/N\ncmd get_cfg\nreply-start\n"
-                         "reply-end %1\ncmd corr\nfault reject\nreply-start\nreply-end 13\n"
-                         "stop signal 15\n")
-                         .arg(settings));
     }
 
     void badArguments_data()

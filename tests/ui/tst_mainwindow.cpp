@@ -34,13 +34,10 @@ class tst_MainWindow : public QObject
 private slots:
     void initTestCase();
     void cleanup();
-    void styleSheet_data();
-    void styleSheet();
     void device_data();
     void device();
     void firstWriteInEnglish();
     void files();
-    void benchSummaryLine();
 
 private:
     template<typename T = QWidget>
@@ -141,34 +138,6 @@ bool tst_MainWindow::run(const char *button, bool write, bool mustSucceed)
             return true;
     }
     return false;
-}
-
-void tst_MainWindow::styleSheet_data()
-{
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QString>("style");
-    QTest::newRow("no file: built-in") << QByteArray() << QString();
-    QTest::newRow("empty file: none") << QByteArray("") << "";
-    QTest::newRow("user file, Latin-1")
-            << QByteArray("QLabel { color: red; } /* \xe9 */") << "QLabel { color: red; } /* é */";
-}
-
-void tst_MainWindow::styleSheet()
-{
-    QFETCH(QByteArray, file);
-    QFETCH(QString, style);
-    m_install = std::make_unique<ScratchInstall>();
-    if (!file.isNull())
-        QVERIFY(writeFile(m_install->configFolder() + "/style.qss", file));
-    if (style.isNull())
-        style = QString::fromUtf8(readFile(":/style/default.qss"));
-    newWindow();
-    QCOMPARE(m_window->styleSheet(), style);
-    // A fresh window shows the settings and archive pages only, and nothing to read or save.
-    QCOMPARE(child<QTabWidget>("ukiDataPages")->count(), 2);
-    QCOMPARE(enabled("tbSaveData tbReadConfig tbWriteConfig tbSaveConfigToFile tbReadArchive "
-                     "tbSaveArchiveToFile tbLoadArchiveFromFile"),
-             "tbLoadArchiveFromFile");
 }
 
 void tst_MainWindow::device_data()
@@ -436,20 +405,6 @@ void tst_MainWindow::files()
     QCOMPARE(ProgramSettings::instance().variant, 0);
     QCOMPARE(rows("tableArchive"), archive);
     QCOMPARE(filterItems(), ArchiveFilterProxy::filterItems(0));
-}
-
-// The benchmark's last line is read by scripts.
-void tst_MainWindow::benchSummaryLine()
-{
-    const QString bench = QFileInfo(binaryPath("KIRANTO_LINK")).path() + "/../bench/bench_archive";
-    if (!QFileInfo::exists(bench))
-        QSKIP("bench_archive is not built in this tree");
-    QProcess process;
-    process.start(bench, {});
-    QVERIFY(process.waitForFinished(120000));
-    const QString out = QString::fromUtf8(process.readAllStandardOutput());
-    QVERIFY2(QRegularExpression("\\narchive-parse-ratio: \\d+\\.\\d\\d\\s*$").match(out).hasMatch(),
-             qPrintable(out));
 }
 
 QTEST_MAIN(tst_MainWindow)
