@@ -163,6 +163,7 @@ bool Uki::startProgram(const std::shared_ptr<UkiProgram> &program)
         return false;
     }
     emit programStart();
+    m_cancelled = false;
     m_program = program;
     m_answered = 0;
     emit progress(0, int(program->commands.size()));
@@ -187,6 +188,18 @@ void Uki::openLink()
     connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
 
     m_thread->start(QThread::InheritPriority);
+}
+
+void Uki::cancel()
+{
+    if (!m_program || !m_thread)
+        return;
+    m_cancelled = true;
+    const QString command = m_pendingTask ? m_pendingTask->command : QString();
+    emit logMessage(command.isEmpty()
+                            ? QStringLiteral("Операция прервана.")
+                            : QStringLiteral("Операция прервана на команде %1").arg(command));
+    stopLink();
 }
 
 void Uki::stopLink()

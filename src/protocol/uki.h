@@ -72,6 +72,8 @@ public:
 
     // True while a program is active or its link is still closing.
     bool isBusy() const { return m_thread || m_program; }
+    // True when the program last run was stopped by cancel().
+    bool wasCancelled() const { return m_cancelled; }
 
 signals:
     void logMessage(QString message);
@@ -90,6 +92,9 @@ public slots:
     bool writeCustomChannel(uint address, uint channel, uint low, uint high, uint rloc);
     bool writeCorrections(std::shared_ptr<CtCorrections> corrections);
     bool writeCommands(QStringList commands);
+    // Stops the running program at once, as a failed run: the link closes and the program ends
+    // unsuccessfully; nothing that arrives afterwards is taken.
+    void cancel();
 
 private slots:
     void threadFinished();
@@ -124,6 +129,7 @@ private:
     uint m_statsLevel = 0;
     StatisticsStore m_statistics;
     int m_answered = 0;
+    bool m_cancelled = false;
     // The task handed to the link and not yet returned; deleted here when the link was stopped
     // while holding it.
     SerialTask *m_pendingTask = nullptr;

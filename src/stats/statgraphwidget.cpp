@@ -115,6 +115,9 @@ StatGraphWidget::StatGraphWidget(Uki *uki, QWidget *parent)
     });
     connect(m_uki, &Uki::programDone, this, [this] {
         m_engineRunning = false;
+        // A stopped run takes the page's queued reads and writes with it.
+        if (m_uki->wasCancelled())
+            m_queue.clear();
         emit setButtonsEnabled(true);
     });
     connect(m_uki, &Uki::statsReadDone, this, &StatGraphWidget::updateStatistics);

@@ -112,11 +112,16 @@ void MainWindow::createEngine()
     connect(m_uki, &Uki::configReadDone, this, &MainWindow::configReadDone);
     connect(m_uki, &Uki::configWriteDone, this, &MainWindow::configWriteDone);
     connect(m_uki, &Uki::statsReadDone, this, &MainWindow::statsReadDone);
-    connect(m_uki, &Uki::programStart, this, [this] { emit setButtonsEnabled(false); });
+    connect(m_uki, &Uki::programStart, this, [this] {
+        emit setButtonsEnabled(false);
+        ui->tbStop->setEnabled(true);
+    });
     connect(m_uki, &Uki::programDone, this, [this] {
         emit setButtonsEnabled(true);
+        ui->tbStop->setEnabled(false);
         m_progress->hide();
     });
+    connect(ui->tbStop, &QToolButton::clicked, m_uki, &Uki::cancel);
     connect(m_uki, &Uki::progress, this, &MainWindow::showProgress);
 
     // While a program runs the device buttons are off; afterwards each gets back the state it
@@ -387,8 +392,18 @@ void MainWindow::writeCorrections()
         m_uki->writeCorrections(m_corrections);
 }
 
+bool MainWindow::reportCancelled()
+{
+    if (!m_uki->wasCancelled())
+        return false;
+    m_popup->show(tr("[[WARN]]Операция прервана"), Done);
+    return true;
+}
+
 void MainWindow::configReadDone(bool success, uint32_t flags)
 {
+    if (!success && reportCancelled())
+        return;
     if (!success) {
         m_popup->show(tr("[[ERR]]Устройство не подключено: Автономная работа"), Offline);
         ui->label_IMS_Ver->setText(QString());
@@ -538,6 +553,8 @@ void MainWindow::showCorrections(const QStringList &lines)
 
 void MainWindow::configWriteDone(bool success)
 {
+    if (!success && reportCancelled())
+        return;
     if (success)
         m_popup->show(tr("[[OK]]Данные отправлены"), Written);
     else
@@ -549,6 +566,8 @@ void MainWindow::statsReadDone(bool success, uint address, uint channel, uint le
     Q_UNUSED(address)
     Q_UNUSED(channel)
     Q_UNUSED(level)
+    if (!success && reportCancelled())
+        return;
     if (success)
         m_popup->show(tr("[[OK]]Статистика прочитана!"), Written);
     else

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "files/csvfiles.h"
 #include "settings/ukisettings.h"
 #include "settings/ukpssettings.h"
-#include "files/csvfiles.h"
 
 #include <QMainWindow>
 #include <QString>
@@ -96,6 +96,8 @@ private:
     static bool isMonitorVersion(uint version) { return version == 8 || version == 9; }
 
     void identificationRead();
+    // Shows that the engine's run was stopped by the user, if it was; true then.
+    bool reportCancelled();
     void settingsRead();
     // Shared with the file workflows: the lines are a reply block as the device sends it, header
     // included.

@@ -22,8 +22,12 @@ constexpr int kAttempts = 3;
 constexpr int kArchiveEvents = 20;
 const QString kOffline = QStringLiteral("[[Error]]Устройство не подключено: Автономная работа");
 
-const char *const kDeviceButtons[] = {
-        "tbConnect", "tbReadConfig", "tbWriteConfig", "tbReadArchive", "tbWriteCorrections"};
+const char *const kDeviceButtons[] = {"tbConnect",
+                                      "tbReadConfig",
+                                      "tbWriteConfig",
+                                      "tbReadArchive",
+                                      "tbWriteCorrections",
+                                      "tbStop"};
 
 // Each pattern matches exactly one line: one equal to it, or beginning with it when it ends in '*'.
 bool eachOnce(const QStringList &patterns, const QStringList &lines)
@@ -58,7 +62,7 @@ private:
     bool waitQuiet() const;
     void establishBaseline();
     // Runs `what` (a button, "stats" or "connect:<port>") and waits for the engine's report.
-    bool start(const QString &what, QList<QVariant> *report);
+    bool start(QString what, QList<QVariant> *report);
     Data snapshot() const;
 
     ScratchInstall m_install{QString(), 3};
@@ -104,9 +108,13 @@ bool tst_FaultMatrix::waitQuiet() const
     return !m_sim->isRunning();
 }
 
-bool tst_FaultMatrix::start(const QString &what, QList<QVariant> *report)
+bool tst_FaultMatrix::start(QString what, QList<QVariant> *report)
 {
     Uki *uki = m_window->uki();
+    // "stop:<run>": the user presses Esc once the device has the run's first command.
+    const bool stop = what.startsWith("stop:");
+    what.remove("stop:");
+    const int sent = m_sim->receivedCommands().size();
     QSignalSpy read(uki, &Uki::configReadDone);
     QSignalSpy written(uki, &Uki::configWriteDone);
     QSignalSpy stats(uki, &Uki::statsReadDone);
@@ -123,6 +131,11 @@ bool tst_FaultMatrix::start(const QString &what, QList<QVariant> *report)
     } else {
         m_window->findChild<QToolButton *>(what.startsWith("connect:") ? "tbEdit_Connect" : what)
                 ->click();
+    }
+    if (stop) {
+        if (!QTest::qWaitFor([&] { return m_sim->receivedCommands().size() > sent; }, 10000))
+            return false;
+        QTest::keyClick(m_window.get(), Qt::Key_Escape);
     }
     if (done->isEmpty() && !done->wait(30000))
         return false;
@@ -202,6 +215,13 @@ void tst_FaultMatrix::fault_data()
             << "hangup|tbReadArchive|0|%o|Порт %1: Ошибка: *;Порт %1: закрыт.|";
     QTest::newRow("flood: reply limit")
             << "flood|tbReadConfig|0|%o|Порт %1: Ошибка: Ответ превысил 16384 байт без паузы..|";
+    // Stopped by the user in the middle of a long reply, and of a statistics read.
+    QTest::newRow("stop: archive read")
+            << "flood:dump|stop:tbReadArchive|0|[[Warning]]Операция прервана|"
+               "Операция прервана на команде dump;Порт %1: закрыт.|";
+    QTest::newRow("stop: statistics read")
+            << "flood:srch_stats|stop:stats|0|[[Warning]]Операция прервана|"
+               "Операция прервана на команде srch_stats_0_0_0_0;Порт %1: закрыт.|";
     QTest::newRow("port that does not exist")
             << "|connect:/nonexistent/ttyKIRANTO|0|%o|Порт /nonexistent/ttyKIRANTO: Ошибка: Ошибка "
                "открытия порта /nonexistent/ttyKIRANTO : *|";
@@ -244,7 +264,7 @@ void tst_FaultMatrix::fault()
         lines = m_log->messages();
         setFault({});
         // The line is gone, or still repeating a reply: the device starts afresh.
-        if (rule == "hangup" || rule == "flood")
+        if (rule == "hangup" || rule.startsWith("flood"))
             m_sim->stop();
         // Whatever went through may have changed the window or the device.
         if (report.at(0).toBool() || run == "tbWriteConfig" || run.startsWith("connect"))

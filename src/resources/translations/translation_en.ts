@@ -1152,7 +1152,7 @@ Exit status: 0 ok, 1 differences, 2 usage error,
     </message>
     <message>
         <location line="+106"/>
-        <location filename="../../ui/mainwindow.cpp" line="+461"/>
+        <location filename="../../ui/mainwindow.cpp" line="+476"/>
         <source>Коррекция ТТ</source>
         <translation>CT correction</translation>
     </message>
@@ -1214,12 +1214,27 @@ Exit status: 0 ok, 1 differences, 2 usage error,
     </message>
     <message>
         <location line="+20"/>
-        <location line="+135"/>
+        <location line="+155"/>
         <source>О программе</source>
         <translation>About</translation>
     </message>
     <message>
-        <location line="-101"/>
+        <location line="-135"/>
+        <source>Прервать операцию с устройством (Esc)</source>
+        <translation>Stop the operation with the device (Esc)</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Стоп</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <location line="+28"/>
         <source>Данные</source>
         <translation>Data</translation>
     </message>
@@ -1294,7 +1309,7 @@ Exit status: 0 ok, 1 differences, 2 usage error,
         <translation>KIRANTO-Link</translation>
     </message>
     <message>
-        <location filename="../../ui/mainwindow.cpp" line="-319"/>
+        <location filename="../../ui/mainwindow.cpp" line="-329"/>
         <source>Команд выполнено: %v из %m</source>
         <translation>Commands done: %v of %m</translation>
     </message>
@@ -1329,7 +1344,12 @@ Exit status: 0 ok, 1 differences, 2 usage error,
         <translation>[[INFO]]Reading CT corrections...</translation>
     </message>
     <message>
-        <location line="+30"/>
+        <location line="+31"/>
+        <source>[[WARN]]Операция прервана</source>
+        <translation>[[WARN]]Operation stopped</translation>
+    </message>
+    <message>
+        <location line="+9"/>
         <source>[[ERR]]Устройство не подключено: Автономная работа</source>
         <translation>[[ERR]]Device not connected: working offline</translation>
     </message>
@@ -1354,7 +1374,7 @@ Exit status: 0 ok, 1 differences, 2 usage error,
         <translation>[[OK]]Configuration loaded</translation>
     </message>
     <message>
-        <location line="+48"/>
+        <location line="+50"/>
         <source>[[OK]]Данные отправлены</source>
         <translation>[[OK]]Data sent</translation>
     </message>
@@ -1364,7 +1384,7 @@ Exit status: 0 ok, 1 differences, 2 usage error,
         <translation>[[ERR]]Error writing data</translation>
     </message>
     <message>
-        <location line="+9"/>
+        <location line="+11"/>
         <source>[[OK]]Статистика прочитана!</source>
         <translation>[[OK]]Statistics read!</translation>
     </message>
@@ -1519,7 +1539,7 @@ threshold</translation>
         <translation>Value 3</translation>
     </message>
     <message>
-        <location filename="../../stats/statgraphwidget.cpp" line="+154"/>
+        <location filename="../../stats/statgraphwidget.cpp" line="+157"/>
         <source>УКИ</source>
         <translation>IMD</translation>
     </message>
