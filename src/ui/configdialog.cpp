@@ -4,6 +4,7 @@
 #include "app/programsettings.h"
 
 #include <QSerialPortInfo>
+#include <QTimer>
 
 namespace {
 QString missingMarker()
@@ -24,9 +25,48 @@ ConfigDialog::ConfigDialog(QWidget *parent)
     // Nothing is set on the second page yet.
     ui->tabs->setTabVisible(ui->tabs->indexOf(ui->page), false);
 
-    const QList<QSerialPortInfo> ports = QSerialPortInfo::availablePorts();
+    fillPorts(QSerialPortInfo::availablePorts());
+    // Adapters plugged in or pulled out while the dialog is open show up within a second.
+    auto *poll = new QTimer(this);
+    connect(poll, &QTimer::timeout, this, [this] {
+        const QList<QSerialPortInfo> ports = QSerialPortInfo::availablePorts();
+        if (portNames(ports) != m_present)
+            fillPorts(ports);
+    });
+    poll->start(1000);
+}
+
+QStringList ConfigDialog::portNames(const QList<QSerialPortInfo> &ports)
+{
+    QStringList names;
     for (const QSerialPortInfo &port : ports)
+        names << port.portName();
+    return names;
+}
+
+void ConfigDialog::fillPorts(const QList<QSerialPortInfo> &ports)
+{
+    const QString typed = ui->cbComPort->currentText();
+    m_present = portNames(ports);
+    ui->cbComPort->clear();
+    for (const QSerialPortInfo &port : ports) {
+        QStringList about{port.description(), port.manufacturer(), port.serialNumber()};
+        about.removeAll(QString());
         ui->cbComPort->addItem(port.portName());
+        ui->cbComPort->setItemData(
+                ui->cbComPort->count() - 1, about.join(QLatin1String(", ")), Qt::ToolTipRole);
+    }
+    if (!m_missing.isEmpty() && !m_present.contains(m_missing))
+        ui->cbComPort->insertItem(qMin(1, ui->cbComPort->count()), m_missing + missingMarker());
+    // What the user typed or chose stays; a port that came back loses its marker.
+    const QString kept = typed == m_missing + missingMarker() && m_present.contains(m_missing)
+                                 ? m_missing
+                                 : typed;
+    const int index = ui->cbComPort->findText(kept, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (index >= 0)
+        ui->cbComPort->setCurrentIndex(index);
+    else
+        ui->cbComPort->setEditText(kept);
 }
 
 ConfigDialog::~ConfigDialog()
@@ -43,6 +83,7 @@ void ConfigDialog::setSettings(const ProgramSettings &settings)
             ui->cbComPort->setCurrentIndex(found);
         } else {
             // Second place on purpose; an empty list puts it first.
+            m_missing = settings.port;
             const int at = qMin(1, ui->cbComPort->count());
             ui->cbComPort->insertItem(at, settings.port + missingMarker());
             ui->cbComPort->setCurrentIndex(at);

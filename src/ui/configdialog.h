@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QDialog>
+#include <QStringList>
 
+class QSerialPortInfo;
 class ProgramSettings;
 
 namespace Ui {
@@ -22,5 +24,12 @@ public:
     void getSettings(ProgramSettings &settings) const;
 
 private:
+    static QStringList portNames(const QList<QSerialPortInfo> &ports);
+    // The ports of the system, each with its description, manufacturer and serial number as
+    // its tool tip, and the configured port that is missing marked as such.
+    void fillPorts(const QList<QSerialPortInfo> &ports);
+
     Ui::ConfigDialog *ui = nullptr;
+    QStringList m_present;
+    QString m_missing;
 };
