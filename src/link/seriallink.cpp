@@ -3,11 +3,13 @@
 #include <QDateTime>
 #include <QTimer>
 
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 
 namespace {
 constexpr int kTimerPeriodMs = 5;
+constexpr qint64 kReceivedPeriodMs = 100;
 // Set from any thread, read by every link in its worker thread.
 std::atomic<qint64> s_replyLimit{4 * 1024 * 1024};
 } // namespace
@@ -78,6 +80,8 @@ void SerialLink::startTask(SerialTask *task)
     m_port->flush();
     task->sentAt = QDateTime::currentMSecsSinceEpoch();
     task->lastActivityAt = task->sentAt;
+    m_replyLines = 0;
+    m_reportedAt = 0;
 }
 
 void SerialLink::serialPortError(QSerialPort::SerialPortError code)
@@ -124,6 +128,11 @@ void SerialLink::serialPortReadyRead()
             m_current->firstByteAt = now;
         m_current->reply.append(QString::fromLatin1(m_rxBuffer.data(), int(count)));
         m_current->lastActivityAt = now;
+        m_replyLines += int(std::count(m_rxBuffer.data(), m_rxBuffer.data() + count, '\n'));
+        if (now - m_reportedAt >= kReceivedPeriodMs) {
+            m_reportedAt = now;
+            emit received(m_current->reply.size(), m_replyLines, now - m_current->sentAt);
+        }
         const qint64 limit = s_replyLimit;
         if (m_current->reply.size() > limit) {
             // Never silent, this reply would never end: the run is over.

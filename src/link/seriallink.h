@@ -38,6 +38,9 @@ signals:
     void error(QString err);
     void taskDone(SerialTask *task);
     void logMessage(QString message);
+    // The current reply so far: its bytes and line ends, and milliseconds since the command
+    // went out; at most ten times a second, the first chunk at once.
+    void received(qint64 bytes, int lines, qint64 elapsedMs);
 
 public slots:
     void start();
@@ -59,4 +62,6 @@ private:
     QSerialPort *m_port = nullptr;
     QTimer *m_timer = nullptr;
     std::array<char, 1024> m_rxBuffer{};
+    int m_replyLines = 0;
+    qint64 m_reportedAt = 0;
 };

@@ -182,6 +182,7 @@ void Uki::openLink()
     connect(link, &SerialLink::error, this, &Uki::linkError);
     connect(link, &SerialLink::logMessage, this, &Uki::logMessage);
     connect(link, &SerialLink::taskDone, this, &Uki::taskDone);
+    connect(link, &SerialLink::received, this, &Uki::received);
     connect(this, &Uki::runTask, link, &SerialLink::runTask);
     connect(m_thread, &QThread::started, link, &SerialLink::start);
     connect(m_thread, &QThread::finished, link, &QObject::deleteLater);

@@ -85,6 +85,8 @@ signals:
     void programStart();
     // Commands answered so far out of the program's total; (0, total) when a program starts.
     void progress(int answered, int total);
+    // The reply of the running command so far (see SerialLink::received).
+    void received(qint64 bytes, int lines, qint64 elapsedMs);
 
 public slots:
     bool readData(uint32_t flags);

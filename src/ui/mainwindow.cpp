@@ -120,9 +120,18 @@ void MainWindow::createEngine()
         emit setButtonsEnabled(true);
         ui->tbStop->setEnabled(false);
         m_progress->hide();
+        statusBar()->clearMessage();
     });
     connect(ui->tbStop, &QToolButton::clicked, m_uki, &Uki::cancel);
     connect(m_uki, &Uki::progress, this, &MainWindow::showProgress);
+    connect(m_uki, &Uki::received, this, [this](qint64 bytes, int lines, qint64 elapsedMs) {
+        const double kib = bytes / 1024.0;
+        statusBar()->showMessage(
+                tr("Принято строк: %1, %2 КБ, %3 КБ/с")
+                        .arg(lines)
+                        .arg(kib, 0, 'f', 1)
+                        .arg(elapsedMs > 0 ? kib * 1000.0 / elapsedMs : 0.0, 0, 'f', 1));
+    });
 
     // While a program runs the device buttons are off; afterwards each gets back the state it
     // had, so that a failed run does not unlock buttons that need a settings read first.

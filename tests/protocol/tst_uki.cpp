@@ -62,6 +62,9 @@ void tst_Uki::initTestCase()
         add(QString("progress:%1/%2").arg(a).arg(t));
     });
     connect(uki, &Uki::programDone, this, [=](bool ok) { add(QString("done:%1").arg(ok)); });
+    connect(uki, &Uki::received, this, [=](qint64 bytes, int lines, qint64 ms) {
+        add(QString("received:%1:%2:%3").arg(bytes).arg(lines).arg(ms));
+    });
     connect(uki, &Uki::configReadDone, this, [=](bool ok, uint32_t f) {
         add(QString("read:%1:%2").arg(ok).arg(f));
     });
@@ -111,7 +114,9 @@ QString tst_Uki::trace() const
 {
     QStringList kept;
     for (QString event : m_events) {
-        if (!QRegularExpression("^(Отработали|rxData |progress:|line : )").match(event).hasMatch())
+        if (!QRegularExpression("^(Отработали|rxData |progress:|received:|line : )")
+                     .match(event)
+                     .hasMatch())
             kept << event.replace(m_sim->link(), "#");
     }
     return kept.join('|');
@@ -217,6 +222,17 @@ void tst_Uki::program()
         QCOMPARE(m_events.filter("progress:").last(),
                  QString("progress:%1/%1").arg(expectedWire.size()));
         QCOMPARE(m_events.filter("progress:").size(), expectedWire.size() + 1);
+    }
+    // The dump's progress while it arrives: the first chunk at once, then at most ten a second,
+    // never more than the reply holds.
+    if (words[0] == "read" && (number(1) & Uki::ReadArchive) && m_events.contains("done:1")) {
+        const QString dump = m_uki->dumpLines().join("\r\n");
+        const QStringList updates = m_events.filter("received:");
+        QVERIFY(!updates.isEmpty());
+        const QStringList last = updates.last().split(':');
+        QVERIFY2(last[1].toInt() <= dump.size() + 2 && last[2].toInt() <= m_uki->dumpLines().size(),
+                 qPrintable(updates.join(' ')));
+        QVERIFY(updates.size() <= last[3].toInt() / 100 + int(expectedWire.size()));
     }
     if (corrections) {
         for (int r = 0; r < corrections->rowCount(); ++r)

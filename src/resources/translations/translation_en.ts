@@ -651,7 +651,7 @@ Exit status: 0 ok, 1 differences, 2 usage error,
         <translation>Other</translation>
     </message>
     <message>
-        <location filename="../../ui/configdialog.cpp" line="+11"/>
+        <location filename="../../ui/configdialog.cpp" line="+12"/>
         <source> (отсутствует в системе)</source>
         <translation> (not present)</translation>
     </message>
@@ -1152,7 +1152,7 @@ Exit status: 0 ok, 1 differences, 2 usage error,
     </message>
     <message>
         <location line="+106"/>
-        <location filename="../../ui/mainwindow.cpp" line="+476"/>
+        <location filename="../../ui/mainwindow.cpp" line="+485"/>
         <source>Коррекция ТТ</source>
         <translation>CT correction</translation>
     </message>
@@ -1309,7 +1309,12 @@ Exit status: 0 ok, 1 differences, 2 usage error,
         <translation>KIRANTO-Link</translation>
     </message>
     <message>
-        <location filename="../../ui/mainwindow.cpp" line="-329"/>
+        <location filename="../../ui/mainwindow.cpp" line="-357"/>
+        <source>Принято строк: %1, %2 КБ, %3 КБ/с</source>
+        <translation>Lines received: %1, %2 KB, %3 KB/s</translation>
+    </message>
+    <message>
+        <location line="+28"/>
         <source>Команд выполнено: %v из %m</source>
         <translation>Commands done: %v of %m</translation>
     </message>
