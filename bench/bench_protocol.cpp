@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSerialPort>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QTimer>
@@ -223,6 +224,7 @@ public:
     }
 
     Uki &uki() { return m_uki; }
+    QString link() const { return m_link; }
 
 private:
     QTemporaryDir m_dir;
@@ -264,6 +266,33 @@ void print(const char *name, const QVector<Run> &runs)
 }
 
 // The median run by ratio; a loaded machine makes single runs noisy.
+// A plain script on the same line: each command written bare, its reply taken until 30 ms of
+// silence after its last byte (50 ms before the first), the next command at once. Wall time in
+// milliseconds; 0 when the port did not open or a reply was missing.
+double scriptMs(const QString &link, const QStringList &commands)
+{
+    QSerialPort port(link);
+    if (!port.open(QIODevice::ReadWrite))
+        return 0;
+    QElapsedTimer wall;
+    wall.start();
+    for (const QString &command : commands) {
+        port.write(command.toLatin1());
+        QByteArray reply;
+        QElapsedTimer quiet;
+        quiet.start();
+        for (qint64 left = 50; left > 0; left = (reply.isEmpty() ? 50 : 30) - quiet.elapsed()) {
+            if (port.waitForReadyRead(int(left))) {
+                reply += port.readAll();
+                quiet.restart();
+            }
+        }
+        if (reply.isEmpty())
+            return 0;
+    }
+    return double(wall.elapsed());
+}
+
 Run median(QVector<Run> runs)
 {
     std::sort(runs.begin(), runs.end(), [](const Run &a, const Run &b) {
@@ -333,6 +362,22 @@ int main(int argc, char *argv[])
     out() << QStringLiteral("protocol-overhead-ratio: %1")
                      .arg(ok ? std::max(s.ratio(), r.ratio()) : 99.0, 0, 'f', 2)
           << '\n';
+    // The engine against that script, for the same 80 commands, median of as many runs.
+    QStringList commands;
+    for (int block = 0; block < 80; ++block)
+        commands << QStringLiteral("srch_stats_1_5_2_%1").arg(block);
+    QVector<double> script;
+    for (int run = 0; run < repeats; ++run)
+        script << scriptMs(bench.link(), commands);
+    std::sort(script.begin(), script.end());
+    const double scriptMedian = script.at(script.size() / 2);
+    out() << QStringLiteral("script, same 80 commands: %1 ms; engine %2 ms")
+                     .arg(scriptMedian, 0, 'f', 0)
+                     .arg(s.wallMs, 0, 'f', 0)
+          << '\n';
+    out() << QStringLiteral("protocol-vs-script: %1")
+                     .arg(scriptMedian > 0 ? s.wallMs / scriptMedian : 99.0, 0, 'f', 2)
+          << '\n';
     out().flush();
-    return ok ? 0 : 1;
+    return ok && scriptMedian > 0 ? 0 : 1;
 }

@@ -8,7 +8,6 @@
 #include <cstring>
 
 namespace {
-constexpr int kTimerPeriodMs = 5;
 constexpr qint64 kReceivedPeriodMs = 100;
 // Set from any thread, read by every link in its worker thread.
 std::atomic<qint64> s_replyLimit{4 * 1024 * 1024};
@@ -41,10 +40,13 @@ void SerialLink::start()
     m_port->setStopBits(QSerialPort::OneStop);
     m_port->setFlowControl(QSerialPort::NoFlowControl);
 
+    // Armed only while a task runs, for the moment its time-out would fall due: the first
+    // byte's deadline after the write, the silence's after each chunk.
     delete m_timer;
     m_timer = new QTimer(this);
+    m_timer->setSingleShot(true);
+    m_timer->setTimerType(Qt::PreciseTimer);
     connect(m_timer, &QTimer::timeout, this, &SerialLink::checkTimeouts);
-    m_timer->start(kTimerPeriodMs);
 
     if (!m_port->open(QIODevice::ReadWrite)) {
         emit error(QStringLiteral("Ошибка открытия порта %1 : %2.")
@@ -82,6 +84,7 @@ void SerialLink::startTask(SerialTask *task)
     task->lastActivityAt = task->sentAt;
     m_replyLines = 0;
     m_reportedAt = 0;
+    m_timer->start(int(task->answerTimeoutMs));
 }
 
 void SerialLink::serialPortError(QSerialPort::SerialPortError code)
@@ -128,6 +131,7 @@ void SerialLink::serialPortReadyRead()
             m_current->firstByteAt = now;
         m_current->reply.append(QString::fromLatin1(m_rxBuffer.data(), int(count)));
         m_current->lastActivityAt = now;
+        m_timer->start(int(m_current->idleTimeoutMs));
         m_replyLines += int(std::count(m_rxBuffer.data(), m_rxBuffer.data() + count, '\n'));
         if (now - m_reportedAt >= kReceivedPeriodMs) {
             m_reportedAt = now;
@@ -163,8 +167,18 @@ void SerialLink::checkTimeouts()
     SerialTask *task = m_current;
     const qint64 now = QDateTime::currentMSecsSinceEpoch();
     const qint64 limit = task->reply.isEmpty() ? task->answerTimeoutMs : task->idleTimeoutMs;
-    if (now - task->lastActivityAt <= limit || bytesWaiting())
+    const qint64 quiet = now - task->lastActivityAt;
+    if (quiet < limit) {
+        m_timer->start(int(limit - quiet));
         return;
+    }
+    // Bytes held up in the driver move the last activity on (and re-arm the timer) as they are
+    // read in; the poll itself may find nothing new, so look again at the new deadline.
+    if (bytesWaiting()) {
+        if (!m_timer->isActive())
+            m_timer->start(int(task->idleTimeoutMs));
+        return;
+    }
     task->finishedAt = now;
     task->status = task->reply.isEmpty() ? 2 : 1;
     task->done.release();

@@ -19,6 +19,8 @@ class QTimer;
 // thread; the port and the timer are children of the link and die with it (deleteLater on
 // QThread::finished). A task is held from runTask() until taskDone(); the link never deletes a
 // task, not even one it still holds when it is destroyed.
+// A reply ends once the line has been silent for the task's time-out after its last byte (or
+// after the write, before the first), to the millisecond: a single-shot timer falls due then.
 // A port error reading ReadError or ResourceError (the far end gone) is reported once, then
 // the port is closed; a current task still ends by its time-out. A reply that grows past the
 // reply limit without a pause (a device repeating itself) is reported and handled the same way.

@@ -160,9 +160,10 @@ void tst_SerialLink::exchange()
         got << QString::number(task->status) + ':' + task->reply;
         if (i > 0)
             QVERIFY(task->sentAt >= tasks[size_t(i - 1)]->finishedAt);
+        // A reply ends once its silence has lasted the time-out, not before.
         if (error.isEmpty())
             QVERIFY(task->finishedAt - task->lastActivityAt
-                    > (task->reply.isEmpty() ? task->answerTimeoutMs : task->idleTimeoutMs));
+                    >= (task->reply.isEmpty() ? task->answerTimeoutMs : task->idleTimeoutMs));
     }
     QCOMPARE(got, replies);
     QCOMPARE(messages.replaceInStrings(QRegularExpression("выполнения -?\\d+ мс$"),
