@@ -92,7 +92,8 @@ private:
                 DeviceError,
                 Cli::tr("устройство на %1: %2").arg(m_device.uki().portName(), m_device.error()));
     }
-    // Reads a settings or corrections file; a settings page file must name the device's variant.
+    // Identifies the device with its settings, then reads a settings or corrections file; a
+    // settings page file must name the device's variant.
     int loadFile(const QString &fileName, QStringList &lines);
     int report(const QMap<QString, QString> &device, const QMap<QString, QString> &file);
 
@@ -207,6 +208,8 @@ int Program::backup(const QString &folder, QString *made)
 
 int Program::loadFile(const QString &fileName, QStringList &lines)
 {
+    if (!m_device.identify(Uki::ReadSettings))
+        return deviceFailed();
     QString error;
     if (!CsvFiles::readLines(fileName, CsvFiles::Kind::Settings, lines, &error))
         return fail(FileError, Cli::tr("не удалось прочитать файл %1: %2").arg(fileName, error));
@@ -248,8 +251,6 @@ int Program::report(const QMap<QString, QString> &device, const QMap<QString, QS
 
 int Program::compare(const QString &fileName)
 {
-    if (!m_device.identify(Uki::ReadSettings))
-        return deviceFailed();
     QStringList lines;
     if (const int status = loadFile(fileName, lines))
         return status;
@@ -264,8 +265,6 @@ int Program::compare(const QString &fileName)
 
 int Program::writeSettings(const QString &fileName)
 {
-    if (!m_device.identify(Uki::ReadSettings))
-        return deviceFailed();
     QStringList lines;
     if (const int status = loadFile(fileName, lines))
         return status;
