@@ -41,14 +41,6 @@ QStringList textOf(const QAbstractItemModel *model)
     return {};
 }
 
-QStringList headersOf(const QAbstractItemModel *model)
-{
-    QStringList texts;
-    for (int section = 0; section < model->columnCount(); ++section)
-        texts.append(model->headerData(section, Qt::Horizontal).toString());
-    return texts;
-}
-
 } // namespace
 
 // Device replies of the CT corrections, versions list and custom channels shown as tables.
@@ -58,12 +50,10 @@ class tst_TableModels : public QObject
 private slots:
     void parse_data();
     void parse();
-    void headers_data();
     void headers();
     void ctEdit_data();
     void ctEdit();
     void ctMarks();
-    void lookups();
     void editors_data();
     void editors();
 };
@@ -193,57 +183,49 @@ void tst_TableModels::parse()
         QCOMPARE(modelRows(makeModel(kind, text.mid(1)).get()), rows);
 }
 
-void tst_TableModels::headers_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QStringList>("headers");
-    QTest::newRow("ct") << "ct" << QStringList{"Адрес", "Канал", "Коэфф. усиления", "Сдвиг фазы"};
-    QTest::newRow("custom") << "custom"
-                            << QStringList{
-                                       "Адрес", "Канал", "RLoc", "Нижний порог", "Верхний порог"};
-    QTest::newRow("versions") << "loc"
-                              << QStringList{"Адрес",
-                                             "Версия ПО",
-                                             "Маска каналов",
-                                             "Маска тестирования",
-                                             "Состояние ТТ"};
-}
-
+// The column titles the user sees over each table.
 void tst_TableModels::headers()
 {
-    QFETCH(QString, kind);
-    QFETCH(QStringList, headers);
-    QCOMPARE(headersOf(makeModel(kind, {}).get()), headers);
+    QStringList titles;
+    for (const char *kind : {"ct", "custom", "loc"}) {
+        const auto model = makeModel(kind, {});
+        for (int section = 0; section < model->columnCount(); ++section)
+            titles << model->headerData(section, Qt::Horizontal).toString();
+    }
+    QCOMPARE(
+            titles.join('|'),
+            QString("Адрес|Канал|Коэфф. усиления|Сдвиг фазы|Адрес|Канал|RLoc|Нижний порог|"
+                    "Верхний порог|Адрес|Версия ПО|Маска каналов|Маска тестирования|Состояние ТТ"));
 }
 
 void tst_TableModels::ctEdit_data()
 {
-    QTest::addColumn<int>("column");
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<bool>("modified");
+    // column|value put in row "1 3 100 -25"|row written back|marked modified
+    QTest::addColumn<QString>("row");
     // 1.15 * 100 is just below 115 in binary floating point.
-    QTest::newRow("gain 1.15 stores 114") << 2 << QVariant(1.15) << "1\t3\t114\t-25" << true;
-    QTest::newRow("gain 999") << 2 << QVariant(999.0) << "1\t3\t99900\t-25" << true;
-    QTest::newRow("gain 2.349") << 2 << QVariant(2.349) << "1\t3\t234\t-25" << true;
-    QTest::newRow("gain same value") << 2 << QVariant(1.0) << "1\t3\t100\t-25" << false;
-    QTest::newRow("phase -2.59 toward zero") << 3 << QVariant(-2.59) << "1\t3\t100\t-25" << false;
-    QTest::newRow("phase 2.59 toward zero") << 3 << QVariant(2.59) << "1\t3\t100\t25" << true;
-    QTest::newRow("phase -360") << 3 << QVariant(-360.0) << "1\t3\t100\t-3600" << true;
-    QTest::newRow("address refused") << 0 << QVariant(5) << "1\t3\t100\t-25" << false;
-    QTest::newRow("text refused") << 2 << QVariant("abc") << "1\t3\t100\t-25" << false;
+    for (const char *row : {"2|1.15|1\t3\t114\t-25|1",
+                            "2|999|1\t3\t99900\t-25|1",
+                            "2|2.349|1\t3\t234\t-25|1",
+                            "2|1|1\t3\t100\t-25|0",
+                            "3|-2.59|1\t3\t100\t-25|0",
+                            "3|2.59|1\t3\t100\t25|1",
+                            "3|-360|1\t3\t100\t-3600|1",
+                            "0|5|1\t3\t100\t-25|0",
+                            "2|abc|1\t3\t100\t-25|0"})
+        QTest::newRow(QString(row).section('|', 0, 1).toUtf8()) << QString(row);
 }
 
 void tst_TableModels::ctEdit()
 {
-    QFETCH(int, column);
-    QFETCH(QVariant, value);
-    QFETCH(QString, line);
-    QFETCH(bool, modified);
+    QFETCH(QString, row);
+    const QStringList f = row.split('|');
+    const bool modified = f[3] == "1";
+    bool number = false;
+    const double value = f[1].toDouble(&number);
     CtCorrections model({ctHeader, "1\t3\t100\t-25", "1\t4\t250\t12"});
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    model.setData(model.index(0, column), value, Qt::EditRole);
-    QCOMPARE(model.toText(), QStringList({ctHeader, line, "1\t4\t250\t12"}));
+    model.setData(model.index(0, f[0].toInt()), number ? QVariant(value) : QVariant(f[1]));
+    QCOMPARE(model.toText(), QStringList({ctHeader, f[2], "1\t4\t250\t12"}));
     QCOMPARE(model.isModified(0), modified);
     QCOMPARE(model.data(model.index(0, 3), Qt::FontRole).isValid(), modified);
     QVERIFY(!model.isModified(1));
@@ -261,36 +243,6 @@ void tst_TableModels::ctMarks()
     QCOMPARE(QList<bool>({model.isModified(0), model.isModified(1), model.isModified(2)}),
              QList<bool>({false, true, true}));
     QCOMPARE(model.rowAt(1).gain, 250u);
-}
-
-void tst_TableModels::lookups()
-{
-    const CtCorrections ct({ctHeader, "7\t16\t99900\t0"});
-    CtCorrection correction;
-    QVERIFY(ct.findRow(7, 15, correction));
-    QCOMPARE(correction.gain, 99900u);
-    QVERIFY(!ct.findRow(7, 16, correction));
-
-    const CustomChannels custom(
-            {customHeader, "0\t1\tOFF", "5\t2\t200\t12\t47", "5\t2\t300\t10\t45"});
-    CustomChannel channel;
-    QVERIFY(custom.findChannel(5, 1, channel));
-    QCOMPARE(QList<uint>({channel.rLoc, channel.lower, channel.upper}), QList<uint>({200, 2, 9}));
-    QVERIFY(channel.enabled);
-    QVERIFY(custom.findChannel(0, 0, channel));
-    QVERIFY(!channel.enabled);
-    QVERIFY(!custom.findChannel(5, 2, channel));
-
-    const Locators locators({locHeader, monitorLine, locatorLine});
-    const LocatorRecord record = locators.locatorAt(1);
-    QCOMPARE(QList<int>({int(record.address),
-                         int(record.enabledMask),
-                         int(record.testedMask),
-                         int(record.ctStateMaskA),
-                         int(record.ctStateMaskB)}),
-             QList<int>({5, 0x800f, 0x8007, 0x8003, 0x0001}));
-    QVERIFY(locators.locatorAt(0).isMonitor);
-    QCOMPARE(locators.locatorAt(2).address, 0u);
 }
 
 void tst_TableModels::editors_data()
