@@ -98,7 +98,6 @@ private slots:
     void scale_data();
     void scale();
     void axes();
-    void palette();
     void table_data();
     void table();
     void failedWrite();
@@ -153,21 +152,6 @@ void tst_Stats::axes()
     QCOMPARE(StatScale::x(79, plot), plot.right());
 }
 
-// Colours go round the 87 of the palette, and an entry keeps the one it got.
-void tst_Stats::palette()
-{
-    StatGraph graph;
-    QCOMPARE(graph.assignColor(5, 1), QString("#f5361a"));
-    QCOMPARE(graph.assignColor(0, 0), QString("#3f78f6"));
-    QCOMPARE(graph.assignColor(5, 1), QString("#f5361a"));
-    QCOMPARE(StatPalette::color(86), QString("#ea83e3"));
-    StatChannel &entry = graph.entry(9, 9);
-    entry.setLower(16);
-    entry.setRLoc(1500);
-    QCOMPARE(QString("%1 %2 %3").arg(entry.lower()).arg(entry.rLoc()).arg(entry.changed()),
-             QString("15 999 1"));
-}
-
 void tst_Stats::table_data()
 {
     QTest::addColumn<QString>("row");
@@ -179,6 +163,7 @@ void tst_Stats::table_data()
                             "1 3 12|УКИ : 2|200*|10*|45*",
                             "1 3 17|УКИ : 2|200*|15*|45*|save",
                             "1 4 80|УКИ : 2|200*|10*|75*|save",
+                            "1 3 90|УКИ : 2|200*|75*|45*|save",
                             "1 4 abc|УКИ : 2|200*|10*|45*",
                             "1 2 1500|УКИ : 2|999*|10*|45*|save",
                             "1 2 0|УКИ : 2|OFF*|||save",
