@@ -1,5 +1,6 @@
 #include "settings/ukisettings.h"
 #include "settings/ukpssettings.h"
+#include "support.h"
 
 #include <QtTest>
 
@@ -58,20 +59,13 @@ QStringList nonDefaultLines(const QString &type)
     return lines;
 }
 
-QStringList messages;
-void collect(QtMsgType type, const QMessageLogContext &, const QString &message)
-{
-    if (type == QtDebugMsg)
-        messages.append(message);
-}
-
 // The monitor's parser as a whole: starts from the default record unless lines are given.
 struct Parsed
 {
     QStringList lines;    // toLines() afterwards
     QStringList commands; // writeCommands() afterwards
-    QVector<qint32> values;
-    bool taken = true; // UkpsSettings::fromLines() result; always true for the monitor
+    QStringList log;      // what fromLines() logged
+    bool taken = true;    // UkpsSettings::fromLines() result; always true for the monitor
 };
 
 template<class Record>
@@ -80,16 +74,13 @@ Parsed parse(const QStringList &start, const QStringList &lines)
     Record record;
     if (!start.isEmpty())
         record.fromLines(start);
-    messages.clear();
-    Parsed parsed;
+    TestSupport::MessageCapture capture;
+    bool taken = true;
     if constexpr (std::is_same_v<Record, UkpsSettings>)
-        parsed.taken = record.fromLines(lines);
+        taken = record.fromLines(lines);
     else
         record.fromLines(lines);
-    parsed.lines = record.toLines();
-    parsed.commands = record.writeCommands();
-    parsed.values = QVector<qint32>(record.values().begin(), record.values().end());
-    return parsed;
+    return {record.toLines(), record.writeCommands(), capture.messages(), taken};
 }
 
 Parsed parseAs(const QString &type, const QStringList &start, const QStringList &lines)
@@ -127,15 +118,12 @@ class tst_Settings : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { qInstallMessageHandler(collect); }
-    void cleanup() { qInstallMessageHandler(nullptr); }
     void everyKey_data();
     void everyKey();
     void text_data();
     void text();
     void parse_data();
     void parse();
-    void reservedWords();
     void ukiJson();
 };
 
@@ -181,7 +169,7 @@ void tst_Settings::everyKey()
         wanted[index] = line;
     const Parsed parsed = parseAs(type, start, {line});
     QCOMPARE(parsed.lines, wanted);
-    QCOMPARE(messages,
+    QCOMPARE(parsed.log,
              logOf(type, line, accepted ? QStringList() : QStringList{badValue(key, value)}));
     QCOMPARE(parsed.taken, accepted || type == "uki");
 }
@@ -224,7 +212,7 @@ void tst_Settings::text()
         log << logOf(type, lines[i], refused ? problems : QStringList());
     }
     QCOMPARE(back.lines, wanted);
-    QCOMPARE(messages, log);
+    QCOMPARE(back.log, log);
 }
 
 void tst_Settings::parse_data()
@@ -270,23 +258,13 @@ void tst_Settings::parse()
     const Parsed parsed = parseAs(type, {}, lines);
     QCOMPARE(parsed.lines, defaultsWith(type, changes));
     QStringList log;
-    for (const QString &m : messages)
+    for (const QString &m : parsed.log)
         if (!m.startsWith("Line in UKI config : "))
             log << m;
     QCOMPARE(log.join(';'), p[3]);
     QCOMPARE(parsed.taken, p[4] == "1");
     if (type == "ukps")
-        QCOMPARE(messages.size() - log.size(), lines.size());
-}
-
-// The three reserved words travel in no text and no command and keep their defaults.
-void tst_Settings::reservedWords()
-{
-    const Parsed parsed = parseAs("ukps", nonDefaultLines("ukps"), {});
-    QCOMPARE(parsed.values.size(), 66);
-    QCOMPARE(parsed.values.mid(UkpsSettings::Reserved1, 3), (QVector<qint32>{0, 0, 1065353216}));
-    QCOMPARE(parsed.lines.size(), 63);
-    QCOMPARE(parseAs("uki", {}, {}).values.size(), 23);
+        QCOMPARE(parsed.log.size() - log.size(), lines.size());
 }
 
 // The monitor's object form: one member per key; missing members take their own fall-backs.
