@@ -46,34 +46,29 @@ private:
 
 void tst_Log::entries_data()
 {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QByteArray>("line");
-    QTest::newRow("debug, Russian") << int(QtDebugMsg) << "Ставим команду в очередь: cfg"
-                                    << QByteArray("[DEBUG]: Ставим команду в очередь: cfg");
-    QTest::newRow("info") << int(QtInfoMsg) << "------- Starting log -------"
-                          << QByteArray("[INFO]: ------- Starting log -------");
-    QTest::newRow("warning, quotes kept")
-            << int(QtWarningMsg) << "\"busy\"" << QByteArray("[WARNING]: \"busy\"");
-    QTest::newRow("critical") << int(QtCriticalMsg) << "ошибка записи в файл config.json."
-                              << QByteArray("[CRITICAL]: ошибка записи в файл config.json.");
-    QTest::newRow("several lines unchanged") << int(QtDebugMsg) << "Addr\tver\r\nUKI\t9.1\nOK"
-                                             << QByteArray("[DEBUG]: Addr\tver\r\nUKI\t9.1\nOK");
-    QTest::newRow("unknown type: time only") << 42 << "not written" << QByteArray();
+    QTest::addColumn<QString>("row"); // type|message|entry line
+    QTest::newRow("debug, Russian")
+            << "0|Ставим команду в очередь: cfg|[DEBUG]: Ставим команду в очередь: cfg";
+    QTest::newRow("info") << "4|------- Starting log -------|[INFO]: ------- Starting log -------";
+    QTest::newRow("warning, quotes kept") << "1|\"busy\"|[WARNING]: \"busy\"";
+    QTest::newRow("critical")
+            << "2|ошибка записи в файл config.json.|[CRITICAL]: ошибка записи в файл config.json.";
+    QTest::newRow("several lines unchanged")
+            << "0|Addr\tver\r\nUKI\t9.1\nOK|[DEBUG]: Addr\tver\r\nUKI\t9.1\nOK";
+    QTest::newRow("unknown type: time only") << "42|not written|";
 }
 
 // Appended after an earlier run's line, then a second message 5 ms later.
 void tst_Log::entries()
 {
-    QFETCH(int, type);
-    QFETCH(QString, message);
-    QFETCH(QByteArray, line);
+    QFETCH(QString, row);
+    const QStringList f = row.split('|');
     QVERIFY(TestSupport::writeFile(m_dir.filePath("KIRANTO-Link-2026-11-04.log"), "earlier\n"));
-    Log::messageHandler(QtMsgType(type), QMessageLogContext(), message);
+    Log::messageHandler(QtMsgType(f[0].toInt()), QMessageLogContext(), f[1]);
     m_now = m_now.addMSecs(5);
     qInfo("second");
     QCOMPARE(log("2026-11-04"),
-             "earlier\n09:42:07:005 - " + line + "\n09:42:07:010 - [INFO]: second\n");
+             "earlier\n09:42:07:005 - " + f[2].toUtf8() + "\n09:42:07:010 - [INFO]: second\n");
 }
 
 // Messages either side of midnight go to their own days' files; an unwritable folder loses them.

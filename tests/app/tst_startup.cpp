@@ -91,44 +91,35 @@ void tst_Startup::translation()
 
 void tst_Startup::settings_data()
 {
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<int>("before");
-    QTest::addColumn<QByteArray>("saved"); // toJson over the same document after fromJson
+    // config.json | variant before | saved by toJson over the same document after fromJson
+    QTest::addColumn<QString>("row");
     QTest::newRow("port trimmed, ukps-ab")
-            << QByteArray(R"({"connection":{"port":"  ttyUSB0 \t","variant":"ukps-ab"}})") << 0
-            << QByteArray(R"({"connection":{"port":"ttyUSB0","variant":"ukps-ab"}})");
+            << R"({"connection":{"port":"  ttyUSB0 \t","variant":"ukps-ab"}}|0|{"connection":{"port":"ttyUSB0","variant":"ukps-ab"}})";
     QTest::newRow("no port, key in capitals keeps the variant")
-            << QByteArray(R"({"connection":{"variant":"UKPS-AB"}})") << 0
-            << QByteArray(R"({"connection":{"port":"","variant":"ukps-ks"}})");
+            << R"({"connection":{"variant":"UKPS-AB"}}|0|{"connection":{"port":"","variant":"ukps-ks"}})";
     QTest::newRow("unknown key keeps the earlier variant, other members stay")
-            << QByteArray(R"({"a":1,"connection":{"baud":9,"port":"COM3","variant":"ukps"}})") << 3
-            << QByteArray(
-                       R"({"a":1,"connection":{"baud":9,"port":"COM3","variant":"uki-kiranto"}})");
+            << R"({"a":1,"connection":{"baud":9,"port":"COM3","variant":"ukps"}}|3|{"a":1,"connection":{"baud":9,"port":"COM3","variant":"uki-kiranto"}})";
     QTest::newRow("key with blanks, ukps-ks-2 not taken for ukps-ks")
-            << QByteArray(R"({"connection":{"variant":" ukps-ks-2 "}})") << 0
-            << QByteArray(R"({"connection":{"port":"","variant":"ukps-ks-2"}})");
+            << R"({"connection":{"variant":" ukps-ks-2 "}}|0|{"connection":{"port":"","variant":"ukps-ks-2"}})";
     QTest::newRow("connection not an object")
-            << QByteArray(R"({"connection":"ttyS0"})") << 2
-            << QByteArray(R"({"connection":{"port":"","variant":"ukps-ks-2"}})");
+            << R"({"connection":"ttyS0"}|2|{"connection":{"port":"","variant":"ukps-ks-2"}})";
     QTest::newRow("malformed, variant out of range kept and not written")
-            << QByteArray("{\"connection\": ") << 7 << QByteArray(R"({"connection":{"port":""}})");
+            << R"({"connection": |7|{"connection":{"port":""}})";
     QTest::newRow("variant not a string")
-            << QByteArray(R"({"connection":{"variant":3}})") << 0
-            << QByteArray(R"({"connection":{"port":"","variant":"ukps-ks"}})");
+            << R"({"connection":{"variant":3}}|0|{"connection":{"port":"","variant":"ukps-ks"}})";
 }
 
 void tst_Startup::settings()
 {
-    QFETCH(QByteArray, json);
-    QFETCH(int, before);
-    QFETCH(QByteArray, saved);
+    QFETCH(QString, row);
+    const QStringList f = row.split('|');
     ProgramSettings settings;
     settings.port = QStringLiteral("stale");
-    settings.variant = before;
-    QJsonObject object = QJsonDocument::fromJson(json).object();
+    settings.variant = f[1].toInt();
+    QJsonObject object = QJsonDocument::fromJson(f[0].toUtf8()).object();
     settings.fromJson(object);
     settings.toJson(object);
-    QCOMPARE(QJsonDocument(object).toJson(QJsonDocument::Compact), saved);
+    QCOMPARE(QJsonDocument(object).toJson(QJsonDocument::Compact), f[2].toUtf8());
 }
 
 void tst_Startup::variantNames()
