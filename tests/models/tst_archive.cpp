@@ -215,24 +215,21 @@ void tst_Archive::dataText()
 
 void tst_Archive::values_data()
 {
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("values");
-    QTest::newRow("cut to 16 bits, bad numbers 0") << "70000\tabc\t-1\t65535\t\t1.5\t65536\t42"
-                                                   << "4464 0 0 65535 0 0 0 42";
-    QTest::newRow("wide numbers")
-            << "4294967296\t0000070000\t007\t4294967295\t99999999999\t+12\t0\t0"
-            << "0 4464 7 65535 0 12 0 0";
+    QTest::addColumn<QString>("row"); // Value-1 .. Value-8 as received | as stored
+    QTest::newRow("cut to 16 bits, bad numbers 0")
+            << "70000\tabc\t-1\t65535\t\t1.5\t65536\t42|4464 0 0 65535 0 0 0 42";
+    QTest::newRow("wide numbers") << "4294967296\t0000070000\t007\t4294967295\t99999999999\t+"
+                                     "12\t0\t0|0 4464 7 65535 0 12 0 0";
     QTest::newRow("feed parameters: second stamp in Value-7/8")
-            << "177\t0\t667\t5\t16\t0\t05.04.20\t17:41:50"
-            << "177 0 667 5 16 0 60974 24201";
-    QTest::newRow("feed parameters: bad stamp 0") << "177\t0\t667\t5\t16\t0\t5.4.20\t17:41:50"
-                                                  << "177 0 667 5 16 0 0 0";
+            << "177\t0\t667\t5\t16\t0\t05.04.20\t17:41:50|177 0 667 5 16 0 60974 24201";
+    QTest::newRow("feed parameters: bad stamp 0")
+            << "177\t0\t667\t5\t16\t0\t5.4.20\t17:41:50|177 0 667 5 16 0 0 0";
 }
 
 void tst_Archive::values()
 {
-    QFETCH(QString, line);
-    QFETCH(QString, values);
+    QFETCH(QString, row);
+    const QString line = row.section('|', 0, 0), values = row.section('|', 1);
     const QString type = line.contains(':') ? "ET_FEED_PARAM" : "ET_GENERAL_RESISTANCE";
     ArchiveData archive({"1\t05.04.20\t12:00:00\t" + type + "\t" + line});
     QStringList got;
@@ -292,20 +289,14 @@ void tst_Archive::times()
 void tst_Archive::typeCode()
 {
     QCOMPARE(ArchiveData::eventTypes().size(), 49);
-    const QStringList texts{"Выключение питания",
-                            "ET_UNKNOWN",
-                            "ET_EVENT_IMS_POW_OFF_",
-                            "ET_EVENT_IMS_POW_ON_",
-                            "Ёмкость сети",
-                            "пропало: Повышение напряжения \"хвоста\"",
-                            "ET_DEBUG",
-                            "et_sodc_param",
-                            "ET_SODC_PARAM ",
-                            ""};
-    QList<uint> codes;
-    for (const QString &text : texts)
-        codes << ArchiveData::eventTypeCode(text);
-    QCOMPARE(codes, QList<uint>({27, 0, 13, 14, 10, 37, 128, 0, 0, 0}));
+    QStringList codes;
+    for (const QString &text :
+         QString("Выключение питания|ET_UNKNOWN|ET_EVENT_IMS_POW_OFF_|"
+                 "ET_EVENT_IMS_POW_ON_|Ёмкость сети|пропало: Повышение "
+                 "напряжения \"хвоста\"|ET_DEBUG|et_sodc_param|ET_SODC_PARAM |")
+                 .split('|'))
+        codes << QString::number(ArchiveData::eventTypeCode(text));
+    QCOMPARE(codes.join(' '), QString("27 0 13 14 10 37 128 0 0 0"));
     QStringList shown;
     for (uint code : {13, 14, 27, 32, 38, 15, 129, 47, 0})
         shown << ArchiveData::eventTypeText(code);
@@ -318,30 +309,23 @@ void tst_Archive::typeCode()
 
 void tst_Archive::filter_data()
 {
-    QTest::addColumn<int>("variant");
-    QTest::addColumn<QString>("items");
-    QTest::addColumn<QString>("classes");
-    QTest::newRow("ukps-ks") << 0 << "Всё,Ёмкость,Аварии КИ,Аварии АБ,Диагн. события,Авария темп."
-                             << "034567";
-    QTest::newRow("ukps-ab") << 1 << "Всё,Аварии АБ,Диагн. события,Авария темп."
-                             << "0567";
+    QTest::addColumn<QString>("row"); // variant|filter items|filter class of each item
+    QTest::newRow("ukps-ks")
+            << "0|Всё,Ёмкость,Аварии КИ,Аварии АБ,Диагн. события,Авария темп.|034567";
+    QTest::newRow("ukps-ab") << "1|Всё,Аварии АБ,Диагн. события,Авария темп.|0567";
     QTest::newRow("ukps-ks-2")
-            << 2 << "Всё,Поиск,Ёмкость,Аварии КИ,Аварии АБ,Диагн. события,Авария темп."
-            << "0234567";
-    QTest::newRow("uki-kiranto") << 3 << "Всё,Контроль,Поиск,Ёмкость,Аварии КИ,Диагн. события"
-                                 << "012346";
-    QTest::newRow("unknown variant") << 4 << "Всё"
-                                     << "0";
-    QTest::newRow("negative variant") << -1 << "Всё"
-                                      << "0";
+            << "2|Всё,Поиск,Ёмкость,Аварии КИ,Аварии АБ,Диагн. события,Авария темп.|0234567";
+    QTest::newRow("uki-kiranto") << "3|Всё,Контроль,Поиск,Ёмкость,Аварии КИ,Диагн. события|012346";
+    QTest::newRow("unknown variant") << "4|Всё|0";
+    QTest::newRow("negative variant") << "-1|Всё|0";
 }
 
 void tst_Archive::filter()
 {
-    QFETCH(int, variant);
-    QFETCH(QString, items);
-    QFETCH(QString, classes);
-    QCOMPARE(ArchiveFilterProxy::filterItems(variant).join(','), items);
+    QFETCH(QString, row);
+    const int variant = row.section('|', 0, 0).toInt();
+    const QString classes = row.section('|', 2);
+    QCOMPARE(ArchiveFilterProxy::filterItems(variant).join(','), row.section('|', 1, 1));
     ArchiveData archive(everyType());
     ArchiveFilterProxy proxy;
     QAbstractItemModelTester tester(&proxy, QAbstractItemModelTester::FailureReportingMode::QtTest);
