@@ -239,7 +239,8 @@ void tst_TableModels::ctMarks()
     model.markSaved(0);
     QVERIFY(!model.isModified(0));
     QCOMPARE(model.rowAt(0).savedPhase, 40);
-    model.markDifferences(CtCorrections({ctHeader, "1\t3\t100\t40", "1\t4\t251\t12"}));
+    model.markDifferences(
+            CtCorrections({ctHeader, "1\t3\t100\t40", "1\t4\t251\t12", "7\t15\t99900\t0"}));
     QCOMPARE(QList<bool>({model.isModified(0), model.isModified(1), model.isModified(2)}),
              QList<bool>({false, true, true}));
     QCOMPARE(model.rowAt(1).gain, 250u);
