@@ -213,6 +213,8 @@ void tst_Stats::failedWrite()
     page.checkBox(17)->setChecked(true);
     QCOMPARE(page.style(17), QString("background-color: #f5361a"));
     QVERIFY(done.wait(kRunMs));
+    // The 87 colours go round.
+    QCOMPARE(StatPalette::color(86) + StatPalette::color(87), QString("#ea83e3#f5361a"));
 
     page.table->item(1, 4)->setText("50");
     QSignalSpy written(&page.uki, &Uki::configWriteDone);
