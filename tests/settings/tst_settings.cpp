@@ -213,6 +213,11 @@ void tst_Settings::text()
     }
     QCOMPARE(back.lines, wanted);
     QCOMPARE(back.log, log);
+    // The reserved words travel in no text and no command, and keep their defaults.
+    const UkpsSettings::Values values = UkpsSettings().values();
+    QCOMPARE(std::vector<qint32>(&values[UkpsSettings::Reserved1],
+                                 &values[UkpsSettings::Reserved3] + 1),
+             (std::vector<qint32>{0, 0, 1065353216}));
 }
 
 void tst_Settings::parse_data()
