@@ -34,7 +34,8 @@ class tst_Simulator : public QObject
         QElapsedTimer clock;
         clock.start();
         m_port.write(command);
-        for (m_firstMs = -1; clock.elapsed() < limitMs && m_port.waitForReadyRead(150);) {
+        for (m_firstMs = -1, m_maxGapMs = 0;
+             clock.elapsed() < limitMs && m_port.waitForReadyRead(150);) {
             const qint64 now = clock.elapsed();
             m_maxGapMs = m_firstMs < 0 ? 0 : std::max(m_maxGapMs, now - m_lastMs);
             m_firstMs = m_firstMs < 0 ? now : m_firstMs;
