@@ -211,8 +211,9 @@ void tst_FaultMatrix::fault_data()
     // Noise is an answer: every block is the noise.
     QTest::newRow("garbage: blocks are noise")
             << "garbage|tbReadConfig|1|[[Ok]]Конфигурация успешно загружена|Порт %1: закрыт.|noise";
-    QTest::newRow("hangup: port error")
-            << "hangup|tbReadArchive|0|%o|Порт %1: Ошибка: *;Порт %1: закрыт.|";
+    QTest::newRow("hangup: the port is gone, by name")
+            << "hangup|tbReadArchive|0|[[Error]]Порт %1 отключён|Порт %1 отключён.;Порт %1: "
+               "закрыт.|";
     QTest::newRow("flood: reply limit")
             << "flood|tbReadConfig|0|%o|Порт %1: Ошибка: Ответ превысил 16384 байт без паузы..|";
     // Stopped by the user in the middle of a long reply, and of a statistics read.
@@ -274,7 +275,7 @@ void tst_FaultMatrix::fault()
     }
 
     QCOMPARE(report.at(0).toBool(), success);
-    QCOMPARE(TestSupport::popup(m_window.get()), popup);
+    QCOMPARE(TestSupport::popup(m_window.get()), QString(popup).replace("%1", m_sim->link()));
     QVERIFY2(eachOnce(log, lines), qPrintable(log.join('\n') + "\n----\n" + lines.join('\n')));
     const Data after = snapshot();
     Data expected = before;
