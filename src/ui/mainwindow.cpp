@@ -125,6 +125,10 @@ void MainWindow::createEngine()
     connect(ui->tbStop, &QToolButton::clicked, m_uki, &Uki::cancel);
     connect(m_uki, &Uki::progress, this, &MainWindow::showProgress);
     connect(m_uki, &Uki::received, this, [this](qint64 bytes, int lines, qint64 elapsedMs) {
+        // Only a one-command run (the busy bar, such as the archive) shows its reply as it
+        // grows; a longer run counts its commands instead.
+        if (m_progress->maximum() != 0)
+            return;
         const double kib = bytes / 1024.0;
         statusBar()->showMessage(
                 tr("Принято строк: %1, %2 КБ, %3 КБ/с")
