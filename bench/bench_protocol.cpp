@@ -265,7 +265,6 @@ void print(const char *name, const QVector<Run> &runs)
     out().flush();
 }
 
-// The median run by ratio; a loaded machine makes single runs noisy.
 // A plain script on the same line: each command written bare, its reply taken until 30 ms of
 // silence after its last byte (50 ms before the first), the next command at once. Wall time in
 // milliseconds; 0 when the port did not open or a reply was missing.
@@ -293,6 +292,7 @@ double scriptMs(const QString &link, const QStringList &commands)
     return double(wall.elapsed());
 }
 
+// The median run by ratio; a loaded machine makes single runs noisy.
 Run median(QVector<Run> runs)
 {
     std::sort(runs.begin(), runs.end(), [](const Run &a, const Run &b) {

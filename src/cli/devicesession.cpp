@@ -13,7 +13,7 @@ namespace {
 
 // The engine's log lines that tell why a program failed.
 const QRegularExpression kErrorLine(
-        QStringLiteral("^(Нет ответа|Ошибка при выполнении|Порт .*: Ошибка)"));
+        QStringLiteral("^(Нет ответа|Ошибка при выполнении|Порт .*: Ошибка|Порт .* отключён)"));
 
 template<class Record>
 Record parsed(const QStringList &lines)

@@ -1,6 +1,10 @@
 #include "seriallink.h"
 
 #include <QDateTime>
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QSerialPortInfo>
 #include <QTimer>
 
 #include <algorithm>
@@ -92,12 +96,35 @@ void SerialLink::serialPortError(QSerialPort::SerialPortError code)
     // Only the zero-time poll in bytesWaiting() times out: finding nothing there is no fault.
     if (code == QSerialPort::NoError || code == QSerialPort::TimeoutError)
         return;
-    emit error(QStringLiteral("Ошибка: %1.").arg(m_port->errorString()));
-    if (code != QSerialPort::ReadError && code != QSerialPort::ResourceError)
+    if (code != QSerialPort::ReadError && code != QSerialPort::ResourceError) {
+        emit error(QStringLiteral("Ошибка: %1.").arg(m_port->errorString()));
         return;
-    // The far end is gone (a pty whose master closed, a USB adapter pulled out). The port would
-    // repeat this notification at full CPU until closed: report it once and close it.
+    }
+    // A read notification whose bytes a clear() before the next command took away reads
+    // nothing, and the port then reports a ReadError with a stale errno.
+    if (portPresent()) {
+        qDebug().noquote() << QStringLiteral("SerialLink: %1 on %2 ignored, the port is there")
+                                      .arg(m_port->errorString(), m_portName);
+        return;
+    }
+    // The far end is gone. The port would repeat this notification at full CPU until closed:
+    // report it once and close it.
+    emit disconnected();
     dropPort();
+}
+
+// The device node under the port's name still exists (a symbolic link counts by its target), or
+// the system still lists a port of that name.
+bool SerialLink::portPresent() const
+{
+    const QString node = QDir::isAbsolutePath(m_portName) ? m_portName
+                                                          : QStringLiteral("/dev/") + m_portName;
+    if (QFileInfo::exists(node))
+        return true;
+    const auto ports = QSerialPortInfo::availablePorts();
+    return std::any_of(ports.begin(), ports.end(), [this](const QSerialPortInfo &info) {
+        return info.portName() == m_portName || info.systemLocation() == m_portName;
+    });
 }
 
 // Stops listening to the port and closes it. The close is queued so that the port is not

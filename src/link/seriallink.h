@@ -21,9 +21,11 @@ class QTimer;
 // task, not even one it still holds when it is destroyed.
 // A reply ends once the line has been silent for the task's time-out after its last byte (or
 // after the write, before the first), to the millisecond: a single-shot timer falls due then.
-// A port error reading ReadError or ResourceError (the far end gone) is reported once, then
-// the port is closed; a current task still ends by its time-out. A reply that grows past the
-// reply limit without a pause (a device repeating itself) is reported and handled the same way.
+// A ReadError or ResourceError is the port gone only when its device node is gone too (an
+// adapter pulled out, a pseudo-terminal closed): disconnected() is emitted once and the port is
+// closed; a current task still ends by its time-out. Otherwise it is logged and the link goes on.
+// A reply that grows past the reply limit without a pause (a device repeating itself) is an
+// error() and closes the port the same way.
 class SerialLink : public QObject
 {
     Q_OBJECT
@@ -40,6 +42,8 @@ signals:
     void error(QString err);
     void taskDone(SerialTask *task);
     void logMessage(QString message);
+    // The port went away during the run (see above); it may come back under the same name.
+    void disconnected();
     // The current reply so far: its bytes and line ends, and milliseconds since the command
     // went out; at most ten times a second, the first chunk at once.
     void received(qint64 bytes, int lines, qint64 elapsedMs);
@@ -56,6 +60,7 @@ private slots:
 private:
     void startTask(SerialTask *task);
     bool bytesWaiting();
+    bool portPresent() const;
     void dropPort();
 
     QString m_portName;

@@ -164,6 +164,7 @@ bool Uki::startProgram(const std::shared_ptr<UkiProgram> &program)
     }
     emit programStart();
     m_cancelled = false;
+    m_disconnected = false;
     m_program = program;
     m_answered = 0;
     emit progress(0, int(program->commands.size()));
@@ -180,6 +181,7 @@ void Uki::openLink()
     connect(m_thread, &QThread::finished, this, &Uki::threadFinished);
     connect(link, &SerialLink::connected, this, &Uki::linkConnected);
     connect(link, &SerialLink::error, this, &Uki::linkError);
+    connect(link, &SerialLink::disconnected, this, &Uki::linkDisconnected);
     connect(link, &SerialLink::logMessage, this, &Uki::logMessage);
     connect(link, &SerialLink::taskDone, this, &Uki::taskDone);
     connect(link, &SerialLink::received, this, &Uki::received);
@@ -239,6 +241,13 @@ void Uki::linkConnected()
 void Uki::linkError(QString err)
 {
     emit logMessage(QStringLiteral("Порт %1: Ошибка: %2.").arg(m_portName, err));
+    stopLink();
+}
+
+void Uki::linkDisconnected()
+{
+    m_disconnected = true;
+    emit logMessage(QStringLiteral("Порт %1 отключён.").arg(m_portName));
     stopLink();
 }
 

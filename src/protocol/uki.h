@@ -74,6 +74,8 @@ public:
     bool isBusy() const { return m_thread || m_program; }
     // True when the program last run was stopped by cancel().
     bool wasCancelled() const { return m_cancelled; }
+    // True when the port of the program last run went away during it.
+    bool wasDisconnected() const { return m_disconnected; }
 
 signals:
     void logMessage(QString message);
@@ -102,6 +104,7 @@ private slots:
     void threadFinished();
     void linkConnected();
     void linkError(QString err);
+    void linkDisconnected();
     void taskDone(SerialTask *task);
 
 private:
@@ -132,6 +135,7 @@ private:
     StatisticsStore m_statistics;
     int m_answered = 0;
     bool m_cancelled = false;
+    bool m_disconnected = false;
     // The task handed to the link and not yet returned; deleted here when the link was stopped
     // while holding it.
     SerialTask *m_pendingTask = nullptr;

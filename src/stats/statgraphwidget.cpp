@@ -115,8 +115,9 @@ StatGraphWidget::StatGraphWidget(Uki *uki, QWidget *parent)
     });
     connect(m_uki, &Uki::programDone, this, [this] {
         m_engineRunning = false;
-        // A stopped run takes the page's queued reads and writes with it.
-        if (m_uki->wasCancelled())
+        // A stopped run, or one that lost its port, takes the page's queued reads and writes
+        // with it.
+        if (m_uki->wasCancelled() || m_uki->wasDisconnected())
             m_queue.clear();
         emit setButtonsEnabled(true);
     });

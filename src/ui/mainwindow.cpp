@@ -125,6 +125,10 @@ void MainWindow::createEngine()
     connect(ui->tbStop, &QToolButton::clicked, m_uki, &Uki::cancel);
     connect(m_uki, &Uki::progress, this, &MainWindow::showProgress);
     connect(m_uki, &Uki::received, this, [this](qint64 bytes, int lines, qint64 elapsedMs) {
+        // Only a one-command run (the busy bar, such as the archive) shows its reply as it
+        // grows; a longer run counts its commands instead.
+        if (m_progress->maximum() != 0)
+            return;
         const double kib = bytes / 1024.0;
         statusBar()->showMessage(
                 tr("Принято строк: %1, %2 КБ, %3 КБ/с")
@@ -401,17 +405,22 @@ void MainWindow::writeCorrections()
         m_uki->writeCorrections(m_corrections);
 }
 
-bool MainWindow::reportCancelled()
+bool MainWindow::reportInterrupted()
 {
-    if (!m_uki->wasCancelled())
+    if (m_uki->wasCancelled())
+        m_popup->show(tr("[[WARN]]Операция прервана"), Done);
+    else if (m_uki->wasDisconnected()) {
+        // The device went with its port.
+        ui->label_IMS_Ver->setText(QString());
+        m_popup->show(tr("[[ERR]]Порт %1 отключён").arg(m_uki->portName()), Done);
+    } else
         return false;
-    m_popup->show(tr("[[WARN]]Операция прервана"), Done);
     return true;
 }
 
 void MainWindow::configReadDone(bool success, uint32_t flags)
 {
-    if (!success && reportCancelled())
+    if (!success && reportInterrupted())
         return;
     if (!success) {
         m_popup->show(tr("[[ERR]]Устройство не подключено: Автономная работа"), Offline);
@@ -562,7 +571,7 @@ void MainWindow::showCorrections(const QStringList &lines)
 
 void MainWindow::configWriteDone(bool success)
 {
-    if (!success && reportCancelled())
+    if (!success && reportInterrupted())
         return;
     if (success)
         m_popup->show(tr("[[OK]]Данные отправлены"), Written);
@@ -575,7 +584,7 @@ void MainWindow::statsReadDone(bool success, uint address, uint channel, uint le
     Q_UNUSED(address)
     Q_UNUSED(channel)
     Q_UNUSED(level)
-    if (!success && reportCancelled())
+    if (!success && reportInterrupted())
         return;
     if (success)
         m_popup->show(tr("[[OK]]Статистика прочитана!"), Written);

@@ -96,8 +96,9 @@ private:
     static bool isMonitorVersion(uint version) { return version == 8 || version == 9; }
 
     void identificationRead();
-    // Shows that the engine's run was stopped by the user, if it was; true then.
-    bool reportCancelled();
+    // Shows that the engine's run was stopped by the user or lost its port, if it was; true then.
+    // What the window showed before the run stays.
+    bool reportInterrupted();
     void settingsRead();
     // Shared with the file workflows: the lines are a reply block as the device sends it, header
     // included.

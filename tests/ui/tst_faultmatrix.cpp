@@ -71,6 +71,7 @@ private:
     // After QTest has put in its own message handler.
     std::unique_ptr<MessageCapture> m_log;
     bool m_baselineValid = false;
+    QString m_running;
 };
 
 void tst_FaultMatrix::initTestCase()
@@ -135,6 +136,12 @@ bool tst_FaultMatrix::start(QString what, QList<QVariant> *report)
     if (stop) {
         if (!QTest::qWaitFor([&] { return m_sim->receivedCommands().size() > sent; }, 10000))
             return false;
+        // What the status bar shows once the reply has begun: "message / progress bar".
+        QSignalSpy growing(uki, &Uki::received);
+        if (!growing.wait(10000))
+            return false;
+        m_running = m_window->statusBar()->currentMessage() + " / "
+                    + m_window->findChild<QProgressBar *>("progressProgram")->text();
         QTest::keyClick(m_window.get(), Qt::Key_Escape);
     }
     if (done->isEmpty() && !done->wait(30000))
@@ -195,7 +202,7 @@ void tst_FaultMatrix::fault_data()
     // fault rule | run: a button, "stats" or "connect:<port>" | success | popup ("%o" the offline
     // message) | lines of the protocol log, each exactly once, ';' between, "%1" the port | what
     // changes: "" nothing, "cut" the archive ends early, "noise" the tables built from the blocks
-    // are empty.
+    // are empty | for a stopped run, the status bar while it ran (a pattern).
     QTest::addColumn<QString>("row");
     QTest::newRow("silence: settings read fails")
             << "silence|tbReadConfig|0|%o|Нет ответа на команду get_cfg;Порт %1: закрыт.|";
@@ -211,17 +218,20 @@ void tst_FaultMatrix::fault_data()
     // Noise is an answer: every block is the noise.
     QTest::newRow("garbage: blocks are noise")
             << "garbage|tbReadConfig|1|[[Ok]]Конфигурация успешно загружена|Порт %1: закрыт.|noise";
-    QTest::newRow("hangup: port error")
-            << "hangup|tbReadArchive|0|%o|Порт %1: Ошибка: *;Порт %1: закрыт.|";
+    QTest::newRow("hangup: the port is gone, by name")
+            << "hangup|tbReadArchive|0|[[Error]]Порт %1 отключён|Порт %1 отключён.;Порт %1: "
+               "закрыт.|";
     QTest::newRow("flood: reply limit")
             << "flood|tbReadConfig|0|%o|Порт %1: Ошибка: Ответ превысил 16384 байт без паузы..|";
     // Stopped by the user in the middle of a long reply, and of a statistics read.
     QTest::newRow("stop: archive read")
             << "flood:dump|stop:tbReadArchive|0|[[Warning]]Операция прервана|"
-               "Операция прервана на команде dump;Порт %1: закрыт.|";
+               "Операция прервана на команде dump;Порт %1: закрыт.||"
+               "Принято строк: \\d+, \\d+\\.\\d КБ, \\d+\\.\\d КБ/с / ";
     QTest::newRow("stop: statistics read")
             << "flood:srch_stats|stop:stats|0|[[Warning]]Операция прервана|"
-               "Операция прервана на команде srch_stats_0_0_0_0;Порт %1: закрыт.|";
+               "Операция прервана на команде srch_stats_0_0_0_0;Порт %1: закрыт.|| / Команд "
+               "выполнено: 0 из 8";
     QTest::newRow("port that does not exist")
             << "|connect:/nonexistent/ttyKIRANTO|0|%o|Порт /nonexistent/ttyKIRANTO: Ошибка: Ошибка "
                "открытия порта /nonexistent/ttyKIRANTO : *|";
@@ -237,6 +247,7 @@ void tst_FaultMatrix::fault()
     const QString popup = QString(field.at(3)).replace("%o", kOffline);
     QStringList log = field.at(4).split(';');
     const QString outcome = field.at(5);
+    const QRegularExpression running('^' + field.value(6) + '$');
 
     QList<QVariant> report;
     QStringList lines;
@@ -274,7 +285,7 @@ void tst_FaultMatrix::fault()
     }
 
     QCOMPARE(report.at(0).toBool(), success);
-    QCOMPARE(TestSupport::popup(m_window.get()), popup);
+    QCOMPARE(TestSupport::popup(m_window.get()), QString(popup).replace("%1", m_sim->link()));
     QVERIFY2(eachOnce(log, lines), qPrintable(log.join('\n') + "\n----\n" + lines.join('\n')));
     const Data after = snapshot();
     Data expected = before;
@@ -287,6 +298,8 @@ void tst_FaultMatrix::fault()
         expected["tableLocators"] = expected["tableCorrections"] = QStringList();
     }
     QCOMPARE(after, expected);
+    if (run.startsWith("stop:"))
+        QVERIFY2(running.match(m_running).hasMatch(), qPrintable(m_running));
     if (!success && run.startsWith("tbRead"))
         QCOMPARE(m_window->findChild<QLabel *>("label_IMS_Ver")->text(), QString());
     // The run's thread is gone and the process sleeps: a port left failing would spin a core.

@@ -1354,7 +1354,12 @@ Exit status: 0 ok, 1 differences, 2 usage error,
         <translation>[[WARN]]Operation stopped</translation>
     </message>
     <message>
-        <location line="+9"/>
+        <location line="+2"/>
+        <source>[[ERR]]Порт %1 отключён</source>
+        <translation>[[ERR]]Port %1 disconnected</translation>
+    </message>
+    <message>
+        <location line="+11"/>
         <source>[[ERR]]Устройство не подключено: Автономная работа</source>
         <translation>[[ERR]]Device not connected: working offline</translation>
     </message>
