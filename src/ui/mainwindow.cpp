@@ -167,6 +167,15 @@ void MainWindow::createPages()
     m_ukiConfigEditor = new UkiConfigEditor(ui->ukiConfigEditorPlace);
     ui->ukiConfigEditorPlace->layout()->addWidget(m_ukpsConfigEditor);
     ui->ukiConfigEditorPlace->layout()->addWidget(m_ukiConfigEditor);
+    connect(m_ukpsConfigEditor,
+            &UkpsConfigEditor::changedCountChanged,
+            this,
+            &MainWindow::showChangedCount);
+    connect(m_ukiConfigEditor,
+            &UkiConfigEditor::changedCountChanged,
+            this,
+            &MainWindow::showChangedCount);
+    showChangedCount();
 
     m_statGraphWidget = new StatGraphWidget(m_uki, ui->searchStatGraphPlace);
     ui->searchStatGraphPlace->layout()->addWidget(m_statGraphWidget);
@@ -239,6 +248,14 @@ void MainWindow::connectButtons()
             &QToolButton::clicked,
             this,
             &MainWindow::saveCorrectionsToFile);
+    connect(ui->tbCompareConfigWithFile,
+            &QToolButton::clicked,
+            this,
+            &MainWindow::compareConfigWithFile);
+    connect(ui->tbCompareCorrectionsWithFile,
+            &QToolButton::clicked,
+            this,
+            &MainWindow::compareCorrectionsWithFile);
     connect(m_statGraphWidget,
             &StatGraphWidget::loadChannelsFromFile,
             this,
