@@ -375,6 +375,12 @@ void tst_TableModels::comparison_data()
                                                                  << "Адрес|A|2|2"
                                                                  << "0 1 0 0"
                                                                  << "";
+    QTest::newRow("sorted by key, as kiranto-cli reports") << "sorted"
+                                                           << "B\t1;A\t1;A\t2"
+                                                           << "C\t3;A\t2"
+                                                           << "Адрес|A|2|2;Rуст1|B|1|*;|C||3*"
+                                                           << "0 1 1 1"
+                                                           << "";
     QTest::newRow("corrections as the table shows them")
             << "shown"
             << "1\t3\t115\t-25;1\t4\t100\t0;2\t9\t100\t1"
@@ -403,9 +409,13 @@ void tst_TableModels::comparison()
     CtCorrections table(currentLines);
     const CtCorrections fileTable(fileLines);
     ValueComparison::Entries left, right;
-    if (kind == "settings") {
+    if (kind == "settings" || kind == "sorted") {
         left = ValueComparison::settingsEntries(current.split(';'));
         right = ValueComparison::settingsEntries(file.split(';'));
+        if (kind == "sorted") {
+            left = ValueComparison::sortedByKey(left);
+            right = ValueComparison::sortedByKey(right);
+        }
     } else if (kind == "shown") {
         left = ValueComparison::shownCorrectionEntries(table, QLocale::c());
         right = ValueComparison::shownCorrectionEntries(fileTable, QLocale::c());
@@ -429,7 +439,7 @@ void tst_TableModels::comparison()
                   .arg(model.count(State::OnlyCurrent))
                   .arg(model.count(State::OnlyFile)),
           "counts");
-    if (kind == "settings")
+    if (kind == "settings" || kind == "sorted")
         return;
     table.takeValues(fileTable);
     QStringList taken = table.toText().mid(1);
