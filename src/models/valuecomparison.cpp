@@ -105,6 +105,10 @@ QVariant ValueComparison::data(const QModelIndex &index, int role) const
             return row.file;
         }
         break;
+    case Qt::ToolTipRole:
+        if (index.column() == LabelColumn)
+            return row.label;
+        break;
     case Qt::FontRole:
         if (marked) {
             QFont font;

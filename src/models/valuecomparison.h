@@ -45,7 +45,8 @@ public:
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
-    // Display role: the texts; font and background roles mark the rows that are not equal.
+    // Display role: the texts, the label also as tool tip; font and background roles mark the
+    // rows that are not equal.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section,
                         Qt::Orientation orientation,

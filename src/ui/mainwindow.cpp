@@ -175,7 +175,6 @@ void MainWindow::createPages()
             &UkiConfigEditor::changedCountChanged,
             this,
             &MainWindow::showChangedCount);
-    showChangedCount();
 
     m_statGraphWidget = new StatGraphWidget(m_uki, ui->searchStatGraphPlace);
     ui->searchStatGraphPlace->layout()->addWidget(m_statGraphWidget);
@@ -272,6 +271,7 @@ void MainWindow::setInitialState()
     ui->pagesUkiConfig->setCurrentIndex(0);
     m_ukpsConfigEditor->hide();
     m_ukiConfigEditor->hide();
+    showChangedCount();
     for (QWidget *widget : {static_cast<QWidget *>(ui->label_6),
                             static_cast<QWidget *>(ui->label_8),
                             static_cast<QWidget *>(ui->tbConfigViewAsForm),
