@@ -7,6 +7,7 @@
 #include <QFont>
 #include <QLocale>
 #include <QMap>
+#include <QSet>
 
 #include <algorithm>
 
@@ -35,11 +36,11 @@ void ValueComparison::compare(const Entries &current,
     m_rows.clear();
     const QHash<QString, QString> currentValues = lastValues(current);
     const QHash<QString, QString> fileValues = lastValues(file);
-    QHash<QString, bool> seen;
+    QSet<QString> seen;
     const auto add = [&](const QString &key) {
         if (seen.contains(key))
             return;
-        seen.insert(key, true);
+        seen.insert(key);
         Row row;
         row.label = labels.value(key);
         row.key = key;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QAbstractTableModel>
-#include <QCoreApplication>
 #include <QHash>
 #include <QPair>
 #include <QStringList>
