@@ -25,6 +25,19 @@ QString shown(const QWidget *widget)
     return QString::number(qobject_cast<const QSlider *>(widget)->value());
 }
 
+// Puts what a user would enter into a field: a number, or a list item by its index.
+void enter(QWidget *field, const QString &input)
+{
+    if (auto real = qobject_cast<QDoubleSpinBox *>(field))
+        real->setValue(input.toDouble());
+    else if (auto spin = qobject_cast<QSpinBox *>(field))
+        spin->setValue(input.toInt());
+    else if (auto combo = qobject_cast<QComboBox *>(field))
+        combo->setCurrentIndex(input.toInt());
+    else
+        qobject_cast<QSlider *>(field)->setValue(input.toInt());
+}
+
 // Loads "Key=value ..." over the monitor's base record, lets the user put a value into one field,
 // and gives what the field shows, the commands that differ from the loaded record's, and
 // whether the editor counts itself modified.
@@ -40,16 +53,8 @@ QString run(const QString &stored, const QString &widget, const QString &input)
     QWidget *field = editor.template findChild<QWidget *>(widget);
     if (!field)
         return "no widget " + widget;
-    if (!input.isEmpty()) {
-        if (auto real = qobject_cast<QDoubleSpinBox *>(field))
-            real->setValue(input.toDouble());
-        else if (auto spin = qobject_cast<QSpinBox *>(field))
-            spin->setValue(input.toInt());
-        else if (auto combo = qobject_cast<QComboBox *>(field))
-            combo->setCurrentIndex(input.toInt());
-        else
-            qobject_cast<QSlider *>(field)->setValue(input.toInt());
-    }
+    if (!input.isEmpty())
+        enter(field, input);
     Record back = record;
     editor.settings(back);
     const QStringList before = record.writeCommands();
@@ -333,15 +338,10 @@ void tst_ConfigEditors::changeMarks()
     for (const QString &edit : edits.split(' ')) {
         const QString name = edit.section('=', 0, 0);
         const QString value = edit.section('=', 1);
-        QWidget *field = form->findChild<QWidget *>(name);
         if (name.startsWith('@'))
             taken << name.mid(1) + '\t' + value;
-        else if (auto real = qobject_cast<QDoubleSpinBox *>(field))
-            real->setValue(value.toDouble());
-        else if (auto spin = qobject_cast<QSpinBox *>(field))
-            spin->setValue(value.toInt());
         else
-            qobject_cast<QComboBox *>(field)->setCurrentIndex(value.toInt());
+            enter(form->findChild<QWidget *>(name), value);
     }
     if (uki)
         uki->takeLines(taken);
