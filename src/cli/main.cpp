@@ -5,6 +5,7 @@
 #include "models/ctcorrections.h"
 #include "models/customchannels.h"
 #include "models/locators.h"
+#include "models/valuecomparison.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -42,28 +43,6 @@ int fail(Status status, const QString &message)
     return status;
 }
 
-// "KEY\tvalue" lines as a map; lines without a tab are left out.
-QMap<QString, QString> keyValues(const QStringList &lines)
-{
-    QMap<QString, QString> values;
-    for (const QString &line : lines) {
-        if (line.contains(QLatin1Char('\t')))
-            values.insert(line.section(QLatin1Char('\t'), 0, 0).trimmed(),
-                          line.section(QLatin1Char('\t'), 1).trimmed());
-    }
-    return values;
-}
-
-// Corrections rows as "address\tchannel" -> "gain\tphase", from the block's text form.
-QMap<QString, QString> correctionRows(const QStringList &lines)
-{
-    QMap<QString, QString> rows;
-    const QStringList text = CtCorrections(lines).toText().mid(1);
-    for (const QString &line : text)
-        rows.insert(line.section(QLatin1Char('\t'), 0, 1), line.section(QLatin1Char('\t'), 2));
-    return rows;
-}
-
 bool isCorrectionsFile(const QStringList &lines)
 {
     return lines.value(0).startsWith(QLatin1String("address\tchannel\tgain"));
@@ -95,7 +74,9 @@ private:
     // Identifies the device with its settings, then reads a settings or corrections file; a
     // settings page file must name the device's variant.
     int loadFile(const QString &fileName, QStringList &lines);
-    int report(const QMap<QString, QString> &device, const QMap<QString, QString> &file);
+    // One line per key that differs, "KEY\tdevice\tfile" ("-" for a missing side), in key
+    // order.
+    int report(const ValueComparison::Entries &device, const ValueComparison::Entries &file);
 
     const QCommandLineParser &m_parser;
     DeviceSession &m_device;
@@ -225,21 +206,25 @@ int Program::loadFile(const QString &fileName, QStringList &lines)
     return Ok;
 }
 
-int Program::report(const QMap<QString, QString> &device, const QMap<QString, QString> &file)
+int Program::report(const ValueComparison::Entries &device, const ValueComparison::Entries &file)
 {
-    QStringList keys = device.keys() + file.keys();
-    keys.removeDuplicates();
+    ValueComparison comparison;
+    comparison.compare(ValueComparison::sortedByKey(device), ValueComparison::sortedByKey(file));
     QJsonArray differences;
-    for (const QString &key : qAsConst(keys)) {
-        const QString held = device.value(key, QStringLiteral("-"));
-        const QString wanted = file.value(key, QStringLiteral("-"));
-        if (held == wanted)
+    for (int i = 0; i < comparison.rowCount(); ++i) {
+        const ValueComparison::Row row = comparison.row(i);
+        if (row.state == ValueComparison::State::Equal)
             continue;
-        differences.append(QJsonObject{{QStringLiteral("key"), key},
+        const QString held = row.state == ValueComparison::State::OnlyFile ? QStringLiteral("-")
+                                                                           : row.current;
+        const QString wanted = row.state == ValueComparison::State::OnlyCurrent
+                                       ? QStringLiteral("-")
+                                       : row.file;
+        differences.append(QJsonObject{{QStringLiteral("key"), row.key},
                                        {QStringLiteral("device"), held},
                                        {QStringLiteral("file"), wanted}});
         if (!json())
-            print(stdout, QStringList{key, held, wanted}.join(QLatin1Char('\t')));
+            print(stdout, QStringList{row.key, held, wanted}.join(QLatin1Char('\t')));
     }
     if (json())
         print(stdout,
@@ -257,10 +242,12 @@ int Program::compare(const QString &fileName)
     if (isCorrectionsFile(lines)) {
         if (!m_device.run([](Uki &uki) { return uki.readData(Uki::ReadCorrections); }))
             return deviceFailed();
-        return report(correctionRows(m_device.uki().corrLines()), correctionRows(lines));
+        return report(ValueComparison::correctionEntries(m_device.uki().corrLines()),
+                      ValueComparison::correctionEntries(lines));
     }
-    return report(keyValues(m_device.settingsLines()),
-                  keyValues(CsvFiles::splitSettingsFile(lines).settingsLines));
+    return report(
+            ValueComparison::settingsEntries(m_device.settingsLines()),
+            ValueComparison::settingsEntries(CsvFiles::splitSettingsFile(lines).settingsLines));
 }
 
 int Program::writeSettings(const QString &fileName)
@@ -296,7 +283,9 @@ int Program::writeSettings(const QString &fileName)
         expected.insert(pair.section(QLatin1Char('_'), 0, -2), pair.section(QLatin1Char('_'), -1));
     }
     expected.remove(QStringLiteral("save"));
-    const QMap<QString, QString> held = keyValues(m_device.settingsLines());
+    QMap<QString, QString> held;
+    for (const auto &entry : ValueComparison::settingsEntries(m_device.settingsLines()))
+        held.insert(entry.first, entry.second);
     QStringList refused;
     for (auto it = expected.cbegin(); it != expected.cend(); ++it) {
         if (held.value(it.key()) != it.value())

@@ -200,6 +200,23 @@ void CtCorrections::markDifferences(const CtCorrections &other)
     }
 }
 
+int CtCorrections::takeValues(const CtCorrections &other)
+{
+    int taken = 0;
+    for (int i = 0; i < m_rows.size(); ++i) {
+        CtCorrection &row = m_rows[i];
+        CtCorrection theirs;
+        if (!other.findRow(row.address, row.channel, theirs)
+            || (theirs.gain == row.gain && theirs.phase == row.phase))
+            continue;
+        row.gain = theirs.gain;
+        row.phase = theirs.phase;
+        ++taken;
+        emitRowChanged(i);
+    }
+    return taken;
+}
+
 bool CtCorrections::isValidCell(const QModelIndex &index) const
 {
     return index.isValid() && index.model() == this && index.row() < m_rows.size()

@@ -51,6 +51,10 @@ public:
     // Rows that differ from the other table (or are missing there) get zero saved values,
     // so they show as modified.
     void markDifferences(const CtCorrections &other);
+    // Rows found in the other table take its gain and phase; their saved values stay, so the
+    // rows that change show as edited. Rows of the other table missing here are not added.
+    // Returns the number of rows changed.
+    int takeValues(const CtCorrections &other);
 
 private:
     bool isValidCell(const QModelIndex &index) const;

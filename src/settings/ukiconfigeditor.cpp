@@ -1,6 +1,8 @@
 #include "settings/ukiconfigeditor.h"
 #include "ui_ukiconfigeditor.h"
 
+#include "settings/changemarks.h"
+
 #include <QVector>
 
 namespace {
@@ -26,6 +28,62 @@ constexpr qint32 AveragingPercent = 5;
 // The item of cbModeInput that exists only with several monitors on the bus.
 constexpr int MultiMonitorInputItem = 3;
 
+struct OptionBit
+{
+    QComboBox *combo;
+    qint32 bit;
+};
+
+// The option bits of "Flags" that have a combo (index = bit value).
+QVector<OptionBit> optionBits(const Ui::UkiConfigEditor &ui)
+{
+    return {
+            {ui.cbGSearch, GroupSearchBit},
+            {ui.cbRisoMethod, RisoMethodBit},
+            {ui.cbIoutEn, CurrentOutputBit},
+            {ui.cbRequEn, TotalResistanceBit},
+            {ui.cbAutoRan, AutoThresholdBit},
+            {ui.cbDisMax, ImbalanceMaxBit},
+            {ui.cbMulti, MultiMonitorBit},
+            {ui.cbX9, X9AnalogInputBit},
+    };
+}
+
+// Every field of the form with the key it edits.
+QVector<ChangeMarks::Field> markedFields(const Ui::UkiConfigEditor &ui)
+{
+    const auto key = [](UkiSettings::Field field) {
+        return QString(UkiSettings::key(field));
+    };
+    QVector<ChangeMarks::Field> fields{
+            {key(UkiSettings::AddrUki), ui.sbAddrUki},
+            {key(UkiSettings::NumUki), ui.sbNumUki},
+            {key(UkiSettings::RisoM3s1), ui.sbRisoM3s1},
+            {key(UkiSettings::RisoM3s2), ui.sbRisoM3s2},
+            {key(UkiSettings::RisoLoc), ui.sbRisoLoc},
+            {key(UkiSettings::TimeMto), ui.cbTimeMto},
+            {key(UkiSettings::Tcust), ui.cbTcust},
+            {key(UkiSettings::TimeM3s), ui.cbTimeM3s},
+            {key(UkiSettings::Riso420), ui.sbRiso420},
+            {key(UkiSettings::Urelay), ui.sbUrelay},
+            {key(UkiSettings::Uminus), ui.sbUminus},
+            {key(UkiSettings::MbAddr), ui.sbMbAddr},
+            {key(UkiSettings::MbBaud), ui.cbMbBaud},
+            {key(UkiSettings::MbParity), ui.cbMbParity},
+            {key(UkiSettings::CapSopt), ui.sbCapSopt},
+            {key(UkiSettings::ModeDef), ui.cbModeDef},
+            {key(UkiSettings::Bright), ui.sliderBright},
+            {key(UkiSettings::Contrast), ui.sliderContrast},
+            {key(UkiSettings::Tbridge), ui.cbTbridge},
+            {key(UkiSettings::Lang), ui.cbLang},
+            {key(UkiSettings::Averaging), ui.sbFilter},
+            {key(UkiSettings::ModeInput), ui.cbModeInput},
+    };
+    for (const OptionBit &option : optionBits(ui))
+        fields.append({key(UkiSettings::Flags), option.combo, option.bit});
+    return fields;
+}
+
 QVector<uint> versionNumbers(const QString &version)
 {
     QVector<uint> numbers;
@@ -47,6 +105,12 @@ UkiConfigEditor::UkiConfigEditor(QWidget *parent)
     connect(ui->sbFilter, &QSpinBox::editingFinished, this, [filter = ui->sbFilter] {
         filter->setValue(filter->value() / AveragingPercent * AveragingPercent);
     });
+    m_marks = new ChangeMarks(this, markedFields(*ui), [this] {
+        UkiSettings shown = m_lastLoaded;
+        settings(shown);
+        return shown.toLines();
+    });
+    connect(m_marks, &ChangeMarks::countChanged, this, &UkiConfigEditor::changedCountChanged);
     setSettings(m_lastLoaded);
 }
 
@@ -58,7 +122,30 @@ UkiConfigEditor::~UkiConfigEditor()
 void UkiConfigEditor::setSettings(const UkiSettings &record)
 {
     m_lastLoaded = record;
+    showRecord(record);
+    m_marks->resetBaseline();
+}
 
+void UkiConfigEditor::takeLines(const QStringList &lines)
+{
+    UkiSettings record = m_lastLoaded;
+    settings(record);
+    record.fromLines(lines);
+    showRecord(record);
+}
+
+int UkiConfigEditor::changedCount() const
+{
+    return m_marks->changedKeys().size();
+}
+
+QString UkiConfigEditor::labelFor(const QString &key) const
+{
+    return m_marks->labelFor(key);
+}
+
+void UkiConfigEditor::showRecord(const UkiSettings &record)
+{
     ui->sbAddrUki->setValue(record.value(UkiSettings::AddrUki));
     // Before cbModeInput: the number of monitors decides whether its fourth item exists.
     ui->sbNumUki->setValue(record.value(UkiSettings::NumUki));
@@ -114,21 +201,7 @@ void UkiConfigEditor::settings(UkiSettings &record) const
 
     // Rebuilt from nothing: bits without a combo are dropped (bit 7 of the default among them).
     qint32 flags = m_lastLoaded.value(UkiSettings::Flags) & CarriedBits;
-    const struct
-    {
-        const QComboBox *combo;
-        qint32 bit;
-    } optionBits[] = {
-            {ui->cbGSearch, GroupSearchBit},
-            {ui->cbRisoMethod, RisoMethodBit},
-            {ui->cbIoutEn, CurrentOutputBit},
-            {ui->cbRequEn, TotalResistanceBit},
-            {ui->cbAutoRan, AutoThresholdBit},
-            {ui->cbDisMax, ImbalanceMaxBit},
-            {ui->cbMulti, MultiMonitorBit},
-            {ui->cbX9, X9AnalogInputBit},
-    };
-    for (const auto &option : optionBits) {
+    for (const OptionBit &option : optionBits(*ui)) {
         if (option.combo->currentIndex() == 1)
             flags |= option.bit;
     }

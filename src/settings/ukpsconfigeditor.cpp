@@ -2,6 +2,7 @@
 #include "ui_ukpsconfigeditor.h"
 
 #include "app/programsettings.h"
+#include "settings/changemarks.h"
 
 namespace {
 
@@ -109,6 +110,29 @@ qint32 tenths(double shown)
     return qRound(shown * 10.0);
 }
 
+// Every field of the form with the key it edits.
+QVector<ChangeMarks::Field> markedFields(const Ui::UkpsConfigEditor &ui)
+{
+    const auto key = [](UkpsSettings::Field field) {
+        return QString(UkpsSettings::key(field));
+    };
+    QVector<ChangeMarks::Field> fields{
+            {key(UkpsSettings::TimeMto), ui.cbTimeMto},
+            {key(UkpsSettings::NumShunt), ui.cbNumShunt},
+    };
+    for (const auto &b : spinBoxes(ui))
+        fields.append({key(b.field), b.widget});
+    for (const auto &b : sliders(ui))
+        fields.append({key(b.field), b.widget});
+    for (const auto &b : tenthSpinBoxes(ui))
+        fields.append({key(b.field), b.widget});
+    for (const auto &b : indexCombos(ui))
+        fields.append({key(b.field), b.widget});
+    for (const auto &b : flagCombos(ui))
+        fields.append({key(UkpsSettings::Flags), b.widget, qint32(1) << b.bit});
+    return fields;
+}
+
 // The "АВТО" item exists only on ukps-ks-2, in front of the three common modes.
 constexpr int commonModeCount = 3;
 
@@ -119,6 +143,12 @@ UkpsConfigEditor::UkpsConfigEditor(QWidget *parent)
     , ui(new Ui::UkpsConfigEditor)
 {
     ui->setupUi(this);
+    m_marks = new ChangeMarks(this, markedFields(*ui), [this] {
+        UkpsSettings shown = m_lastLoaded;
+        settings(shown);
+        return shown.toLines();
+    });
+    connect(m_marks, &ChangeMarks::countChanged, this, &UkpsConfigEditor::changedCountChanged);
     applyVariant(DeviceVariant::UkpsKs);
     setSettings(m_lastLoaded);
 }
@@ -131,7 +161,30 @@ UkpsConfigEditor::~UkpsConfigEditor()
 void UkpsConfigEditor::setSettings(const UkpsSettings &settings)
 {
     m_lastLoaded = settings;
+    showRecord(settings);
+    m_marks->resetBaseline();
+}
 
+void UkpsConfigEditor::takeLines(const QStringList &lines)
+{
+    UkpsSettings record = m_lastLoaded;
+    settings(record);
+    record.fromLines(lines);
+    showRecord(record);
+}
+
+int UkpsConfigEditor::changedCount() const
+{
+    return m_marks->changedKeys().size();
+}
+
+QString UkpsConfigEditor::labelFor(const QString &key) const
+{
+    return m_marks->labelFor(key);
+}
+
+void UkpsConfigEditor::showRecord(const UkpsSettings &settings)
+{
     for (const auto &b : spinBoxes(*ui))
         b.widget->setValue(settings.value(b.field));
     for (const auto &b : sliders(*ui))

@@ -171,6 +171,14 @@ void MainWindow::createPages()
     m_ukiConfigEditor = new UkiConfigEditor(ui->ukiConfigEditorPlace);
     ui->ukiConfigEditorPlace->layout()->addWidget(m_ukpsConfigEditor);
     ui->ukiConfigEditorPlace->layout()->addWidget(m_ukiConfigEditor);
+    connect(m_ukpsConfigEditor,
+            &UkpsConfigEditor::changedCountChanged,
+            this,
+            &MainWindow::showChangedCount);
+    connect(m_ukiConfigEditor,
+            &UkiConfigEditor::changedCountChanged,
+            this,
+            &MainWindow::showChangedCount);
 
     m_statGraphWidget = new StatGraphWidget(m_uki, ui->searchStatGraphPlace);
     ui->searchStatGraphPlace->layout()->addWidget(m_statGraphWidget);
@@ -243,6 +251,14 @@ void MainWindow::connectButtons()
             &QToolButton::clicked,
             this,
             &MainWindow::saveCorrectionsToFile);
+    connect(ui->tbCompareConfigWithFile,
+            &QToolButton::clicked,
+            this,
+            &MainWindow::compareConfigWithFile);
+    connect(ui->tbCompareCorrectionsWithFile,
+            &QToolButton::clicked,
+            this,
+            &MainWindow::compareCorrectionsWithFile);
     connect(m_statGraphWidget,
             &StatGraphWidget::loadChannelsFromFile,
             this,
@@ -259,6 +275,7 @@ void MainWindow::setInitialState()
     ui->pagesUkiConfig->setCurrentIndex(0);
     m_ukpsConfigEditor->hide();
     m_ukiConfigEditor->hide();
+    showChangedCount();
     for (QWidget *widget : {static_cast<QWidget *>(ui->label_6),
                             static_cast<QWidget *>(ui->label_8),
                             static_cast<QWidget *>(ui->tbConfigViewAsForm),

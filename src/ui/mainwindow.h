@@ -80,6 +80,8 @@ private slots:
     void loadCorrectionsFromFile();
     void saveChannelsToFile();
     void loadChannelsFromFile();
+    void compareConfigWithFile();
+    void compareCorrectionsWithFile();
     void deviceDataRead(bool success, uint32_t flags);
 
 private:
@@ -116,6 +118,10 @@ private:
     void showMessage(const CsvMessage &message);
     // The settings as the visible editor shows them now, as settings lines.
     QStringList editedSettingsLines() const;
+    // The visible editor's label of a settings key; empty without one.
+    QString settingsLabel(const QString &key) const;
+    // "Изменено: N" for the visible editor; hidden while no editor is shown.
+    void showChangedCount();
 
     Ui::MainWindow *ui = nullptr;
     PopupMessage *m_popup = nullptr;

@@ -11,10 +11,12 @@
 #include "models/ctcorrections.h"
 #include "models/customchannels.h"
 #include "models/locators.h"
+#include "models/valuecomparison.h"
 #include "protocol/uki.h"
 #include "settings/ukiconfigeditor.h"
 #include "settings/ukpsconfigeditor.h"
 #include "stats/statgraphwidget.h"
+#include "ui/comparedialog.h"
 #include "ui/popupmessage.h"
 
 #include <QDateTime>
@@ -99,6 +101,90 @@ QStringList MainWindow::editedSettingsLines() const
         return record.toLines();
     }
     return {};
+}
+
+QString MainWindow::settingsLabel(const QString &key) const
+{
+    if (!m_ukiConfigEditor->isHidden())
+        return m_ukiConfigEditor->labelFor(key);
+    if (!m_ukpsConfigEditor->isHidden())
+        return m_ukpsConfigEditor->labelFor(key);
+    return {};
+}
+
+void MainWindow::showChangedCount()
+{
+    int count = 0;
+    if (!m_ukiConfigEditor->isHidden())
+        count = m_ukiConfigEditor->changedCount();
+    else if (!m_ukpsConfigEditor->isHidden())
+        count = m_ukpsConfigEditor->changedCount();
+    ui->labelConfigChanges->setText(tr("Изменено: %1").arg(count));
+    ui->labelConfigChanges->setVisible(!m_ukiConfigEditor->isHidden()
+                                       || !m_ukpsConfigEditor->isHidden());
+}
+
+void MainWindow::compareConfigWithFile()
+{
+    QString name;
+    QStringList lines;
+    if (!openFileLines(tr("Сравнение настроек с файлом"), CsvFiles::Kind::Settings, name, lines))
+        return;
+    const QStringList fileLines = CsvFiles::splitSettingsFile(lines).settingsLines;
+    const ValueComparison::Entries current = ValueComparison::settingsEntries(
+            editedSettingsLines());
+    const ValueComparison::Entries file = ValueComparison::settingsEntries(fileLines);
+    QHash<QString, QString> labels;
+    for (const auto &entry : current + file)
+        labels.insert(entry.first, settingsLabel(entry.first));
+    auto *comparison = new ValueComparison;
+    comparison->compare(current, file, labels);
+
+    auto *dialog = new CompareDialog(comparison, name, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this, [this, fileLines] {
+        if (!m_ukiConfigEditor->isHidden())
+            m_ukiConfigEditor->takeLines(fileLines);
+        else if (!m_ukpsConfigEditor->isHidden())
+            m_ukpsConfigEditor->takeLines(fileLines);
+        m_popup->show(tr("[[INFO]]Значения из файла в редакторе; в устройство ничего не записано"),
+                      3000);
+    });
+    dialog->open();
+}
+
+void MainWindow::compareCorrectionsWithFile()
+{
+    QString name;
+    QStringList lines;
+    if (!openFileLines(tr("Сравнение коррекций ТТ с файлом"), CsvFiles::Kind::Table, name, lines))
+        return;
+    auto file = std::make_shared<CtCorrections>(lines);
+    const QLocale locale = ui->tableCorrections->locale();
+    const ValueComparison::Entries current = m_corrections
+                                                     ? ValueComparison::shownCorrectionEntries(
+                                                             *m_corrections, locale)
+                                                     : ValueComparison::Entries();
+    const ValueComparison::Entries fileEntries = ValueComparison::shownCorrectionEntries(*file,
+                                                                                         locale);
+    QHash<QString, QString> labels;
+    for (const auto &entry : current + fileEntries)
+        labels.insert(entry.first,
+                      tr("Адрес %1, канал %2")
+                              .arg(entry.first.section(QLatin1Char('/'), 0, 0),
+                                   entry.first.section(QLatin1Char('/'), 1)));
+    auto *comparison = new ValueComparison;
+    comparison->compare(current, fileEntries, labels);
+
+    auto *dialog = new CompareDialog(comparison, name, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this, [this, file] {
+        if (m_corrections)
+            m_corrections->takeValues(*file);
+        m_popup->show(tr("[[INFO]]Значения из файла в редакторе; в устройство ничего не записано"),
+                      3000);
+    });
+    dialog->open();
 }
 
 void MainWindow::saveConfigToFile()

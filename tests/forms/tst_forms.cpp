@@ -1,9 +1,11 @@
+#include "models/valuecomparison.h"
 #include "protocol/uki.h"
 #include "settings/ukiconfigeditor.h"
 #include "settings/ukpsconfigeditor.h"
 #include "stats/statgraphwidget.h"
 #include "support.h"
 #include "ui/aboutdialog.h"
+#include "ui/comparedialog.h"
 #include "ui/configdialog.h"
 #include "ui/mainwindow.h"
 
@@ -76,9 +78,12 @@ void tst_Forms::forms_data()
                "plainTextUkiConfig cbArchiveFilter tbReadArchive tbLoadArchiveFromFile "
                "tbSaveArchiveToFile tableArchive tbWriteCorrections tbLoadCorrectionsFromFile "
                "tbSaveCorrectionsToFile tableCorrections tableLocators tbEdit_Connect tbConnect "
-               "tbSaveData";
+               "tbSaveData tbCompareConfigWithFile labelConfigChanges tbCompareCorrectionsWithFile";
     QTest::newRow("ConfigDialog") << Factory([] { return new ConfigDialog; })
                                   << "cbComPort rbUkpsKs rbUkpsKs2 rbUkpsAb buttonBox";
+    QTest::newRow("CompareDialog")
+            << Factory([] { return new CompareDialog(new ValueComparison, "f.csv"); })
+            << "tableComparison labelCounts pbTakeValues buttonBox";
     QTest::newRow("AboutDialog") << Factory([] { return new AboutDialog; }) << "textBrowser";
 }
 

@@ -3,6 +3,7 @@
 #include "models/doublespinboxdelegate.h"
 #include "models/locators.h"
 #include "models/spinboxdelegate.h"
+#include "models/valuecomparison.h"
 #include "support.h"
 
 #include <QAbstractItemModelTester>
@@ -56,6 +57,8 @@ private slots:
     void ctMarks();
     void editors_data();
     void editors();
+    void comparison_data();
+    void comparison();
 };
 
 void tst_TableModels::parse_data()
@@ -299,6 +302,105 @@ void tst_TableModels::editors()
     editor->findChild<QLineEdit *>()->setText(parts[1]);
     delegate->setModelData(editor.get(), target, index);
     QCOMPARE(kind == "int" ? table.item(0, 0)->text() : model.toText().at(1), parts[2]);
+}
+
+void tst_TableModels::comparison_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("current");
+    QTest::addColumn<QString>("file");
+    // Rows "label|key|current|file", a '*' after the rows that are marked; then the counts.
+    QTest::addColumn<QString>("rows");
+    QTest::addColumn<QString>("counts");
+    // After the file's values are taken: the table's text and its edited (bold) rows.
+    QTest::addColumn<QString>("taken");
+
+    QTest::newRow("settings: equal, different, editor only, file only, labels")
+            << "settings"
+            << "A\t1;B\t2;C\t3"
+            << "D\t4;B\t 5 \t;no tab;A\t1"
+            << "Адрес|A|1|1;Rуст1|B|2|5*;|C|3|*;|D||4*"
+            << "1 1 1 1"
+            << "";
+    QTest::newRow("settings: the last of a repeated key counts") << "settings"
+                                                                 << "A\t1;A\t2"
+                                                                 << "A\t2"
+                                                                 << "Адрес|A|2|2"
+                                                                 << "0 1 0 0"
+                                                                 << "";
+    QTest::newRow("sorted by key, as kiranto-cli reports") << "sorted"
+                                                           << "B\t1;A\t1;A\t2"
+                                                           << "C\t3;A\t2"
+                                                           << "Адрес|A|2|2;Rуст1|B|1|*;|C||3*"
+                                                           << "0 1 1 1"
+                                                           << "";
+    QTest::newRow("corrections as the table shows them")
+            << "shown"
+            << "1\t3\t115\t-25;1\t4\t100\t0;2\t9\t100\t1"
+            << "1\t4\t114\t0;1\t3\t115\t-25;7\t1\t100\t7;bad"
+            << "|1/3|1.15 / -2.5|1.15 / -2.5;|1/4|1.00 / 0.0|1.14 / 0.0*;|2/9|1.00 / 0.1|*;"
+               "|7/1||1.00 / 0.7*"
+            << "1 1 1 1"
+            << "1\t3\t115\t-25;1\t4\t114\t0*;2\t9\t100\t1";
+    QTest::newRow("corrections in their text form") << "text"
+                                                    << "1\t3\t115\t-25"
+                                                    << "1\t3\t115\t-24;1\t16\t1\t0"
+                                                    << "|1\t3|115\t-25|115\t-24*;|1\t16||1\t0*"
+                                                    << "1 0 0 1"
+                                                    << "1\t3\t115\t-24*";
+}
+
+// Rows in the editor's order then the file's, the marked rows, the counts; corrections taken
+// from the file become edited rows with the file's exact values.
+void tst_TableModels::comparison()
+{
+    QFETCH(QString, kind);
+    QFETCH(QString, current);
+    QFETCH(QString, file);
+    const QStringList currentLines = QStringList{ctHeader} + current.split(';');
+    const QStringList fileLines = QStringList{ctHeader} + file.split(';');
+    CtCorrections table(currentLines);
+    const CtCorrections fileTable(fileLines);
+    ValueComparison::Entries left, right;
+    if (kind == "settings" || kind == "sorted") {
+        left = ValueComparison::settingsEntries(current.split(';'));
+        right = ValueComparison::settingsEntries(file.split(';'));
+        if (kind == "sorted") {
+            left = ValueComparison::sortedByKey(left);
+            right = ValueComparison::sortedByKey(right);
+        }
+    } else if (kind == "shown") {
+        left = ValueComparison::shownCorrectionEntries(table, QLocale::c());
+        right = ValueComparison::shownCorrectionEntries(fileTable, QLocale::c());
+    } else {
+        left = ValueComparison::correctionEntries(currentLines);
+        right = ValueComparison::correctionEntries(fileLines);
+    }
+    ValueComparison model;
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    model.compare(left, right, {{"A", "Адрес"}, {"B", "Rуст1"}});
+    QStringList rows = modelRows(&model);
+    for (int row = 0; row < rows.size(); ++row) {
+        if (model.index(row, 0).data(Qt::FontRole).value<QFont>().bold())
+            rows[row] += '*';
+    }
+    QTEST(rows.join(';'), "rows");
+    using State = ValueComparison::State;
+    QTEST(QString("%1 %2 %3 %4")
+                  .arg(model.count(State::Different))
+                  .arg(model.count(State::Equal))
+                  .arg(model.count(State::OnlyCurrent))
+                  .arg(model.count(State::OnlyFile)),
+          "counts");
+    if (kind == "settings" || kind == "sorted")
+        return;
+    table.takeValues(fileTable);
+    QStringList taken = table.toText().mid(1);
+    for (int row = 0; row < taken.size(); ++row) {
+        if (table.isModified(row))
+            taken[row] += '*';
+    }
+    QTEST(taken.join(';'), "taken");
 }
 
 QTEST_MAIN(tst_TableModels)

@@ -25,6 +25,19 @@ QString shown(const QWidget *widget)
     return QString::number(qobject_cast<const QSlider *>(widget)->value());
 }
 
+// Puts what a user would enter into a field: a number, or a list item by its index.
+void enter(QWidget *field, const QString &input)
+{
+    if (auto real = qobject_cast<QDoubleSpinBox *>(field))
+        real->setValue(input.toDouble());
+    else if (auto spin = qobject_cast<QSpinBox *>(field))
+        spin->setValue(input.toInt());
+    else if (auto combo = qobject_cast<QComboBox *>(field))
+        combo->setCurrentIndex(input.toInt());
+    else
+        qobject_cast<QSlider *>(field)->setValue(input.toInt());
+}
+
 // Loads "Key=value ..." over the monitor's base record, lets the user put a value into one field,
 // and gives what the field shows, the commands that differ from the loaded record's, and
 // whether the editor counts itself modified.
@@ -40,16 +53,8 @@ QString run(const QString &stored, const QString &widget, const QString &input)
     QWidget *field = editor.template findChild<QWidget *>(widget);
     if (!field)
         return "no widget " + widget;
-    if (!input.isEmpty()) {
-        if (auto real = qobject_cast<QDoubleSpinBox *>(field))
-            real->setValue(input.toDouble());
-        else if (auto spin = qobject_cast<QSpinBox *>(field))
-            spin->setValue(input.toInt());
-        else if (auto combo = qobject_cast<QComboBox *>(field))
-            combo->setCurrentIndex(input.toInt());
-        else
-            qobject_cast<QSlider *>(field)->setValue(input.toInt());
-    }
+    if (!input.isEmpty())
+        enter(field, input);
     Record back = record;
     editor.settings(back);
     const QStringList before = record.writeCommands();
@@ -81,6 +86,8 @@ private slots:
     void firmwareVersion();
     void ukpsVariant_data();
     void ukpsVariant();
+    void changeMarks_data();
+    void changeMarks();
 };
 
 void tst_ConfigEditors::conversion_data()
@@ -272,6 +279,101 @@ void tst_ConfigEditors::ukpsVariant()
     shown[0] = row.section('|', 0, 0);
     QCOMPARE(shown.join('|'), row);
     QCOMPARE(tabs->count(), row.contains("АБ") ? 3 : 4);
+}
+
+void tst_ConfigEditors::changeMarks_data()
+{
+    QTest::addColumn<QString>("editor");
+    // "widget=value" set by the user, "@key=value" a settings line taken from a file.
+    QTest::addColumn<QString>("edits");
+    QTest::addColumn<QString>("key");
+    // Count of changed keys | marked labels and fields, sorted | the key's label.
+    QTest::addColumn<QString>("marks");
+    QTest::newRow("uki: two fields") << "uki"
+                                     << "sbRisoM3s1=77 cbLang=1"
+                                     << "RisoM3s1"
+                                     << "2|Rуст1 cbLang sbRisoM3s1 Язык интерфейса|Rуст1";
+    QTest::newRow("uki: an option bit marks its own combo")
+            << "uki"
+            << "cbGSearch=0"
+            << "Flags"
+            << "1|cbGSearch Групп. поиск|Групп. поиск, Метод контроля, Выход 4-20мА, Rобщ, "
+               "Авто-уст, Перекос, Мульти-УКИ, X9";
+    QTest::newRow("uki: a change undone") << "uki"
+                                          << "sbRisoM3s1=77 sbRisoM3s1=40"
+                                          << "Tcust"
+                                          << "0||Тиск";
+    QTest::newRow("uki: values taken from a file")
+            << "uki"
+            << "@RisoM3s2=33 @lang=1 @Unknown=1"
+            << "lang"
+            << "2|Rуст2 cbLang sbRisoM3s2 Язык интерфейса|Язык интерфейса";
+    QTest::newRow("ukps: two fields and a bit")
+            << "ukps"
+            << "sbUripple=3.1 cbFRN=2 cbTail=0"
+            << "Uripple"
+            << "3|Uхвост cbFRN cbTail sbUripple Пульсация U Сниж R-|Пульсация U";
+    QTest::newRow("ukps: a key without a field") << "ukps"
+                                                 << "@Tcust=30"
+                                                 << "AddrUki"
+                                                 << "0||";
+}
+
+// Fields changed since the settings were given are bold with their labels and counted; giving
+// the settings again clears every mark.
+void tst_ConfigEditors::changeMarks()
+{
+    QFETCH(QString, editor);
+    QFETCH(QString, edits);
+    QFETCH(QString, key);
+    std::unique_ptr<QWidget> form;
+    if (editor == "uki")
+        form = std::make_unique<UkiConfigEditor>();
+    else
+        form = std::make_unique<UkpsConfigEditor>();
+    auto *uki = qobject_cast<UkiConfigEditor *>(form.get());
+    auto *ukps = qobject_cast<UkpsConfigEditor *>(form.get());
+    QSignalSpy counted(form.get(), SIGNAL(changedCountChanged(int)));
+    QStringList taken;
+    for (const QString &edit : edits.split(' ')) {
+        const QString name = edit.section('=', 0, 0);
+        const QString value = edit.section('=', 1);
+        if (name.startsWith('@'))
+            taken << name.mid(1) + '\t' + value;
+        else
+            enter(form->findChild<QWidget *>(name), value);
+    }
+    if (uki)
+        uki->takeLines(taken);
+    else
+        ukps->takeLines(taken);
+    const auto marked = [&form] {
+        QStringList names;
+        for (QWidget *widget : form->findChildren<QWidget *>()) {
+            if (widget->font().bold() && !widget->objectName().isEmpty()
+                && !widget->objectName().startsWith("qt_"))
+                names << (qobject_cast<QLabel *>(widget) ? qobject_cast<QLabel *>(widget)->text()
+                                                         : widget->objectName());
+        }
+        names.sort();
+        return names.join(' ');
+    };
+    const auto count = [uki, ukps] {
+        return uki ? uki->changedCount() : ukps->changedCount();
+    };
+    QTEST(QString("%1|%2|%3")
+                  .arg(count())
+                  .arg(marked())
+                  .arg(uki ? uki->labelFor(key) : ukps->labelFor(key)),
+          "marks");
+    QCOMPARE(counted.isEmpty() ? 0 : counted.last().at(0).toInt(), count());
+
+    if (uki)
+        uki->setSettings(UkiSettings());
+    else
+        ukps->setSettings(UkpsSettings());
+    QCOMPARE(QString("%1|%2|%3").arg(count()).arg(marked()).arg(counted.last().at(0).toInt()),
+             QString("0||0"));
 }
 
 QTEST_MAIN(tst_ConfigEditors)

@@ -7,6 +7,7 @@
 #include "protocol/uki.h"
 #include "settings/ukiconfigeditor.h"
 #include "settings/ukpsconfigeditor.h"
+#include "ui/comparedialog.h"
 #include "ui/configdialog.h"
 #include "ui/mainwindow.h"
 
@@ -387,6 +388,23 @@ void tst_MainWindow::files()
     QCOMPARE(ProgramSettings::instance().variant, 3);
     QCOMPARE(m_window->findChild<UkiConfigEditor *>()->findChild<QSpinBox *>("sbRisoM3s1")->value(),
              77);
+
+    // The loaded file against the device's save-all file: the changed threshold differs; its
+    // value taken from the file goes into the form, marked and counted.
+    click("tbCompareConfigWithFile", data + '/' + saved.at(1));
+    auto *compare = m_window->findChild<CompareDialog *>();
+    QVERIFY(compare && compare->isVisible());
+    QCOMPARE(compare->findChild<QLabel *>("labelCounts")->text(),
+             QString("Различаются: 2, совпадают: 21, только в редакторе: 0, только в файле: 0"));
+    QCOMPARE(modelRows(compare->findChild<QTableView *>("tableComparison")->model())
+                     .filter("RisoM3s1"),
+             QStringList("Rуст1|RisoM3s1|77|60"));
+    QCOMPARE(child<QLabel>("labelConfigChanges")->text(), QString("Изменено: 0"));
+    compare->findChild<QPushButton *>("pbTakeValues")->click();
+    QCOMPARE(m_window->findChild<UkiConfigEditor *>()->findChild<QSpinBox *>("sbRisoM3s1")->value(),
+             60);
+    QCOMPARE(child<QLabel>("labelConfigChanges")->text(), QString("Изменено: 1"));
+    QTRY_VERIFY(!m_window->findChild<CompareDialog *>());
     QCOMPARE(rows("tableLocators"), locators);
     QCOMPARE(child<QLabel>("labelStatus")->text(), "Данные из файла " + data + "/settings.csv");
     click("tbLoadCorrectionsFromFile", data + "/corrections.csv");

@@ -599,6 +599,25 @@ Exit status: 0 ok, 1 differences, 2 usage error,
     </message>
 </context>
 <context>
+    <name>CompareDialog</name>
+    <message>
+        <source>Сравнение с файлом</source>
+        <translation>Compare with file</translation>
+    </message>
+    <message>
+        <source>Поставить значения из файла в редактор; в устройство ничего не записывается</source>
+        <translation>Put the file's values into the editor; nothing is written to the device</translation>
+    </message>
+    <message>
+        <source>Взять значения из файла</source>
+        <translation>Take values from file</translation>
+    </message>
+    <message>
+        <source>Файл: %1</source>
+        <translation>File: %1</translation>
+    </message>
+</context>
+<context>
     <name>ConfigDialog</name>
     <message>
         <location filename="../../ui/configdialog.ui" line="+14"/>
@@ -1455,6 +1474,46 @@ Exit status: 0 ok, 1 differences, 2 usage error,
         <location line="+23"/>
         <source>Сохранение текущей конфигурации в файл</source>
         <translation>Save current configuration to file</translation>
+    </message>
+    <message>
+        <source>Сравнить с файлом…</source>
+        <translation>Compare with file…</translation>
+    </message>
+    <message>
+        <source>Сравнить настройки в редакторе с файлом...</source>
+        <translation>Compare the settings in the editor with a file...</translation>
+    </message>
+    <message>
+        <source>Сравнить коррекции ТТ с файлом...</source>
+        <translation>Compare the CT corrections with a file...</translation>
+    </message>
+    <message>
+        <source>Поля, изменённые после чтения или загрузки, выделены жирным</source>
+        <translation>Fields changed since the last read or load are in bold</translation>
+    </message>
+    <message>
+        <source>Изменено: 0</source>
+        <translation>Changed: 0</translation>
+    </message>
+    <message>
+        <source>Изменено: %1</source>
+        <translation>Changed: %1</translation>
+    </message>
+    <message>
+        <source>Сравнение настроек с файлом</source>
+        <translation>Compare settings with file</translation>
+    </message>
+    <message>
+        <source>Сравнение коррекций ТТ с файлом</source>
+        <translation>Compare CT corrections with file</translation>
+    </message>
+    <message>
+        <source>[[INFO]]Значения из файла в редакторе; в устройство ничего не записано</source>
+        <translation>[[INFO]]The file's values are in the editor; nothing was written to the device</translation>
+    </message>
+    <message>
+        <source>Адрес %1, канал %2</source>
+        <translation>Address %1, channel %2</translation>
     </message>
 </context>
 <context>
@@ -3145,6 +3204,29 @@ threshold</translation>
         <location filename="../../settings/ukpsconfigeditor.cpp" line="+22"/>
         <source>АВТО</source>
         <translation>AUTO</translation>
+    </message>
+</context>
+<context>
+    <name>ValueComparison</name>
+    <message>
+        <source>Различаются: %1, совпадают: %2, только в редакторе: %3, только в файле: %4</source>
+        <translation>Different: %1, equal: %2, only in the editor: %3, only in the file: %4</translation>
+    </message>
+    <message>
+        <source>Параметр</source>
+        <translation>Setting</translation>
+    </message>
+    <message>
+        <source>Ключ</source>
+        <translation>Key</translation>
+    </message>
+    <message>
+        <source>В редакторе</source>
+        <translation>In the editor</translation>
+    </message>
+    <message>
+        <source>В файле</source>
+        <translation>In the file</translation>
     </message>
 </context>
 </TS>
