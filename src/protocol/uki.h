@@ -74,6 +74,9 @@ public:
     bool isBusy() const { return m_thread || m_program; }
     // True when the program last run was stopped by cancel().
     bool wasCancelled() const { return m_cancelled; }
+    // Why the program last run failed, as the log told it ("Нет ответа на команду get_cfg",
+    // "Ошибка при выполнении команды set_cfg_RisoM3s1_77", a port error); empty otherwise.
+    QString lastError() const { return m_lastError; }
 
 signals:
     void logMessage(QString message);
@@ -132,6 +135,7 @@ private:
     StatisticsStore m_statistics;
     int m_answered = 0;
     bool m_cancelled = false;
+    QString m_lastError;
     // The task handed to the link and not yet returned; deleted here when the link was stopped
     // while holding it.
     SerialTask *m_pendingTask = nullptr;

@@ -4,6 +4,7 @@
 #include "models/customchannels.h"
 #include "models/locators.h"
 #include "models/spinboxdelegate.h"
+#include "protocol/safewrite.h"
 #include "protocol/searchstatistics.h"
 #include "protocol/uki.h"
 #include "stats/statgraph.h"
@@ -52,10 +53,11 @@ QToolButton *rowButton(QWidget *parent, const char *name, const QString &icon, c
 
 } // namespace
 
-StatGraphWidget::StatGraphWidget(Uki *uki, QWidget *parent)
+StatGraphWidget::StatGraphWidget(Uki *uki, SafeWrite *writer, QWidget *parent)
     : QWidget(parent)
     , ui(new Ui::StatGraphWidget)
     , m_uki(uki)
+    , m_writer(writer)
 {
     ui->setupUi(this);
 
@@ -125,7 +127,7 @@ StatGraphWidget::StatGraphWidget(Uki *uki, QWidget *parent)
         if (m_running && m_current.type == Job::Read)
             finishJob();
     });
-    connect(m_uki, &Uki::configWriteDone, this, &StatGraphWidget::configWriteDone);
+    connect(m_writer, &SafeWrite::finished, this, &StatGraphWidget::channelWritten);
 }
 
 StatGraphWidget::~StatGraphWidget()
@@ -341,7 +343,7 @@ bool StatGraphWidget::start(const Job &job)
     const uint address = job.key.first;
     const uint channel = job.key.second;
     // A request while the engine runs is refused by it and would also end the run in progress.
-    if (m_uki->isBusy()) {
+    if (m_uki->isBusy() || m_writer->isRunning()) {
         if (job.type == Job::Write)
             qInfo().noquote()
                     << QStringLiteral("Устройство занято, канал не записан: Адрес: %1; Канал: %2;")
@@ -370,7 +372,7 @@ bool StatGraphWidget::start(const Job &job)
     const uint upper = entry.upper() * kUnitsPerStep;
     qInfo().noquote()
             << QStringLiteral("Запись канала: Адрес: %1; Канал: %2;").arg(address).arg(channel + 1);
-    if (!m_uki->writeCustomChannel(address, channel + 1, lower, upper, entry.rLoc()))
+    if (!m_writer->writeChannel(address, channel + 1, lower, upper, entry.rLoc()))
         return false;
     m_running = true;
     m_current = job;
@@ -396,11 +398,11 @@ void StatGraphWidget::startNext()
         start(m_queue.takeFirst());
 }
 
-void StatGraphWidget::configWriteDone(bool success)
+void StatGraphWidget::channelWritten(const SafeWriteResult &result)
 {
     if (!m_running || m_current.type != Job::Write)
         return;
-    if (!success) {
+    if (result.outcome != SafeWriteResult::Verified) {
         // Not written: the settings stay unsaved so the user can try again.
         const Key &key = m_current.key;
         m_graph->entry(key.first, key.second).setChanged(true);
