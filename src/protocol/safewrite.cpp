@@ -138,11 +138,12 @@ bool SafeWrite::begin(Kind kind)
     m_expected.clear();
     m_cancelled = false;
     m_step = Backup;
-    if (!m_uki->readData(blockFlag() | Uki::ReadIdentification)) {
-        m_step = Idle;
-        return false;
-    }
+    // Told before the engine's own start, so that every run of the chain finds the caller ready.
     emit started();
+    if (!m_uki->readData(blockFlag() | Uki::ReadIdentification)) {
+        m_result.deviceError = tr("устройство занято");
+        finish(SafeWriteResult::BackupFailed);
+    }
     return true;
 }
 
