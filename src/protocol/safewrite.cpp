@@ -106,6 +106,8 @@ SafeWrite::SafeWrite(Uki *uki, QObject *parent)
 
 bool SafeWrite::writeSettings(const QStringList &commands)
 {
+    if (isBusy())
+        return false;
     m_commands = commands;
     return begin(Kind::Settings);
 }
@@ -115,7 +117,7 @@ bool SafeWrite::writeCorrections(std::shared_ptr<CtCorrections> corrections)
     bool modified = false;
     for (int row = 0; corrections && row < corrections->rowCount(); ++row)
         modified = modified || corrections->isModified(row);
-    if (!modified)
+    if (!modified || isBusy())
         return false;
     m_corrections = std::move(corrections);
     return begin(Kind::Corrections);
@@ -123,15 +125,20 @@ bool SafeWrite::writeCorrections(std::shared_ptr<CtCorrections> corrections)
 
 bool SafeWrite::writeChannel(uint address, uint channel, uint low, uint high, uint rloc)
 {
+    if (isBusy())
+        return false;
     const uint values[] = {address, channel, low, high, rloc};
     std::copy(std::begin(values), std::end(values), m_channel);
     return begin(Kind::Channel);
 }
 
+bool SafeWrite::isBusy() const
+{
+    return isRunning() || m_uki->isBusy();
+}
+
 bool SafeWrite::begin(Kind kind)
 {
-    if (isRunning() || m_uki->isBusy())
-        return false;
     m_kind = kind;
     m_result = SafeWriteResult();
     m_result.block = blockFlag();

@@ -92,6 +92,9 @@ private:
     enum Step { Idle, Backup, Write, ReadBack };
     enum class Kind { Settings, Corrections, Channel };
 
+    // A chain or another run of the engine is under way.
+    bool isBusy() const;
+    // Starts the chain with the block's backup read; the write's data is in place.
     bool begin(Kind kind);
     void readDone(bool success, uint32_t flags);
     void writeDone(bool success);

@@ -402,10 +402,26 @@ void StatGraphWidget::channelWritten(const SafeWriteResult &result)
 {
     if (!m_running || m_current.type != Job::Write)
         return;
+    const Key &key = m_current.key;
+    StatChannel &entry = m_graph->entry(key.first, key.second);
+    const bool readBack = result.outcome == SafeWriteResult::Verified
+                          || result.outcome == SafeWriteResult::NotTaken;
+    if (readBack) {
+        // The row shows what the device holds now.
+        const std::shared_ptr<CustomChannels> channels = m_uki->customChannels();
+        CustomChannel held;
+        if (channels && channels->findChannel(key.first, key.second, held) && held.enabled)
+            entry.load(held.rLoc, held.lower, held.upper);
+        else
+            entry.load(0, 0, 0);
+        const QSignalBlocker blocker(ui->tableChannels);
+        setSettingsCells(int(m_rows.indexOf(key)), key);
+    }
     if (result.outcome != SafeWriteResult::Verified) {
-        // Not written: the settings stay unsaved so the user can try again.
-        const Key &key = m_current.key;
-        m_graph->entry(key.first, key.second).setChanged(true);
+        // Not written: unless the row shows the device again, its settings stay unsaved so the
+        // user can try again.
+        if (!readBack)
+            entry.setChanged(true);
         qInfo().noquote() << QStringLiteral("Канал не записан: Адрес: %1; Канал: %2;")
                                      .arg(key.first)
                                      .arg(key.second + 1);

@@ -2,6 +2,7 @@
 // commands on the wire, the backup against the page's own save made before the edit, the verdict
 // the user reads, and the editor showing what the device holds.
 
+#include "models/customchannels.h"
 #include "protocol/safewrite.h"
 #include "protocol/uki.h"
 #include "settings/ukiconfigeditor.h"
@@ -81,6 +82,10 @@ void tst_SafeWrite::write_data()
     QTest::newRow("corrections: verified")
             << "corrections|||cfg corr %w corr|[[Ok]]Записано и проверено: 1 из 1\nРезервная "
                "копия: %b";
+    QTest::newRow("channel: refused, the row shows the device")
+            << "channel|reject:set_cust||cfg get_cust %w get_cust|[[Error]]Ошибка записи: Ошибка "
+               "при выполнении команды set_cust_0_2_10_40_300\nУстройство не приняло: cust_0_2 "
+               "(записано 10 40 300, прочитано OFF)\nРезервная копия: %b";
     QTest::newRow("channel: verified")
             << "channel|||cfg get_cust %w get_cust|[[Ok]]Записано и проверено: 1 из "
                "1\nРезервная копия: %b";
@@ -179,6 +184,20 @@ void tst_SafeWrite::write()
     const QStringList files = QDir(folder).entryList(QDir::Files);
     QCOMPARE(files.size(), 1);
     m_fileName = folder + '/' + files.at(0);
+    if (page == "channel") {
+        // The row holds what the device read back.
+        CustomChannel held;
+        QVERIFY(m_window->uki()->customChannels()->findChannel(0, 1, held));
+        auto *table = m_window->findChild<QTableWidget *>("tableChannels");
+        QCOMPARE(
+                QString("%1 %2 %3")
+                        .arg(table->item(1, 2)->text(),
+                             table->item(1, 3)->text(),
+                             table->item(1, 4)->text()),
+                held.enabled
+                        ? QString("%1 %2 %3").arg(held.rLoc).arg(held.lower * 5).arg(held.upper * 5)
+                        : QString("OFF  "));
+    }
     if (page == "settings") {
         // The editor holds what the device read back.
         UkiSettings held;
