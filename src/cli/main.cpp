@@ -6,11 +6,13 @@
 #include "models/customchannels.h"
 #include "models/locators.h"
 #include "models/valuecomparison.h"
+#include "protocol/safewrite.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
+#include <QEventLoop>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -58,7 +60,7 @@ public:
 
     int identify();
     int read(const QString &folder, const QStringList &what);
-    int backup(const QString &folder, QString *made = nullptr);
+    int backup(const QString &folder);
     int compare(const QString &fileName);
     int writeSettings(const QString &fileName);
     int stats(uint address, uint channel, uint level);
@@ -173,7 +175,7 @@ int Program::read(const QString &folder, const QStringList &what)
     return Ok;
 }
 
-int Program::backup(const QString &folder, QString *made)
+int Program::backup(const QString &folder)
 {
     if (!m_device.identify())
         return deviceFailed();
@@ -182,8 +184,6 @@ int Program::backup(const QString &folder, QString *made)
                                        CsvFiles::prefix(m_device.variant()),
                                        QDateTime::currentDateTime().toString(
                                                QStringLiteral("yyyy-MM-dd_hh-mm-ss")));
-    if (made)
-        *made = dated;
     return read(dated, {QStringLiteral("all")});
 }
 
@@ -265,44 +265,42 @@ int Program::writeSettings(const QString &fileName)
         return Ok;
     }
     const QString backupFolder = m_parser.value(QStringLiteral("backup"));
-    QString made;
-    if (const int status = backup(backupFolder.isEmpty() ? QStringLiteral(".") : backupFolder,
-                                  &made))
-        return status;
-    print(stderr, Cli::tr("Резервная копия: %1").arg(made));
-
-    const bool written = m_device.run(
-            [&commands](Uki &uki) { return uki.writeCommands(commands); });
-    const QString writeError = m_device.error();
-    if (!m_device.run([](Uki &uki) { return uki.readData(Uki::ReadSettings); }))
-        return deviceFailed();
-    // Each key as its command set it ("set_cfg_KEY_VALUE") against what the device reads back.
-    QMap<QString, QString> expected;
-    for (const QString &command : commands) {
-        const QString pair = command.mid(8);
-        expected.insert(pair.section(QLatin1Char('_'), 0, -2), pair.section(QLatin1Char('_'), -1));
-    }
-    expected.remove(QStringLiteral("save"));
-    QMap<QString, QString> held;
-    for (const auto &entry : ValueComparison::settingsEntries(m_device.settingsLines()))
-        held.insert(entry.first, entry.second);
-    QStringList refused;
-    for (auto it = expected.cbegin(); it != expected.cend(); ++it) {
-        if (held.value(it.key()) != it.value())
-            refused << Cli::tr("%1 (записано %2, прочитано %3)")
-                               .arg(it.key(),
-                                    it.value(),
-                                    held.value(it.key(), QStringLiteral("-")));
-    }
-    if (!refused.isEmpty() || !written) {
-        if (!written)
-            print(stderr, QStringLiteral("kiranto-cli: %1").arg(writeError));
-        for (const QString &line : qAsConst(refused))
+    SafeWrite writer(&m_device.uki());
+    writer.setBackupRoot(backupFolder.isEmpty() ? QStringLiteral(".") : backupFolder);
+    writer.setVariant(m_device.variant());
+    SafeWriteResult result;
+    QEventLoop loop;
+    QObject::connect(&writer, &SafeWrite::finished, &loop, [&](const SafeWriteResult &done) {
+        result = done;
+        loop.quit();
+    });
+    if (!writer.writeSettings(commands))
+        return fail(DeviceError, Cli::tr("устройство занято"));
+    loop.exec();
+    if (!result.backupFolder.isEmpty())
+        print(stderr, Cli::tr("Резервная копия: %1").arg(result.backupFolder));
+    switch (result.outcome) {
+    case SafeWriteResult::Verified:
+        print(stdout, Cli::tr("Записано и проверено: %1 из %1").arg(result.checked));
+        return Ok;
+    case SafeWriteResult::BackupFailed:
+        if (!result.fileError.isEmpty())
+            return fail(FileError, result.fileError);
+        return fail(
+                DeviceError,
+                Cli::tr("устройство на %1: %2").arg(m_device.uki().portName(), result.deviceError));
+    case SafeWriteResult::NotTaken:
+        if (!result.deviceError.isEmpty())
+            print(stderr, QStringLiteral("kiranto-cli: %1").arg(result.deviceError));
+        for (const QString &line : result.mismatchTexts())
             print(stderr, Cli::tr("kiranto-cli: устройство не приняло: %1").arg(line));
         return DeviceError;
+    case SafeWriteResult::CheckFailed:
+    case SafeWriteResult::Cancelled:
+        break;
     }
-    print(stdout, Cli::tr("Записано и проверено: %1 из %1").arg(expected.size()));
-    return Ok;
+    return fail(DeviceError,
+                Cli::tr("устройство на %1: %2").arg(m_device.uki().portName(), result.deviceError));
 }
 
 int Program::stats(uint address, uint channel, uint level)

@@ -165,6 +165,7 @@ bool Uki::startProgram(const std::shared_ptr<UkiProgram> &program)
     emit programStart();
     m_cancelled = false;
     m_disconnected = false;
+    m_lastError.clear();
     m_program = program;
     m_answered = 0;
     emit progress(0, int(program->commands.size()));
@@ -240,14 +241,16 @@ void Uki::linkConnected()
 
 void Uki::linkError(QString err)
 {
-    emit logMessage(QStringLiteral("Порт %1: Ошибка: %2.").arg(m_portName, err));
+    m_lastError = QStringLiteral("Порт %1: Ошибка: %2.").arg(m_portName, err);
+    emit logMessage(m_lastError);
     stopLink();
 }
 
 void Uki::linkDisconnected()
 {
     m_disconnected = true;
-    emit logMessage(QStringLiteral("Порт %1 отключён.").arg(m_portName));
+    m_lastError = QStringLiteral("Порт %1 отключён.").arg(m_portName);
+    emit logMessage(m_lastError);
     stopLink();
 }
 
@@ -283,12 +286,14 @@ void Uki::taskDone(SerialTask *task)
         return;
     }
     if (reply.isEmpty()) {
-        emit logMessage(QStringLiteral("Нет ответа на команду %1").arg(command));
+        m_lastError = QStringLiteral("Нет ответа на команду %1").arg(command);
+        emit logMessage(m_lastError);
         stopLink();
         return;
     }
     if (reply.startsWith(QLatin1String("Unrecognize"))) {
-        emit logMessage(QStringLiteral("Ошибка при выполнении команды %1").arg(command));
+        m_lastError = QStringLiteral("Ошибка при выполнении команды %1").arg(command);
+        emit logMessage(m_lastError);
         stopLink();
         return;
     }

@@ -76,6 +76,9 @@ public:
     bool wasCancelled() const { return m_cancelled; }
     // True when the port of the program last run went away during it.
     bool wasDisconnected() const { return m_disconnected; }
+    // Why the program last run failed, as the log told it ("Нет ответа на команду get_cfg",
+    // "Ошибка при выполнении команды set_cfg_RisoM3s1_77", a port error); empty otherwise.
+    QString lastError() const { return m_lastError; }
 
 signals:
     void logMessage(QString message);
@@ -136,6 +139,7 @@ private:
     int m_answered = 0;
     bool m_cancelled = false;
     bool m_disconnected = false;
+    QString m_lastError;
     // The task handed to the link and not yet returned; deleted here when the link was stopped
     // while holding it.
     SerialTask *m_pendingTask = nullptr;

@@ -4,6 +4,7 @@
 #include "models/customchannels.h"
 #include "models/locators.h"
 #include "models/spinboxdelegate.h"
+#include "protocol/safewrite.h"
 #include "protocol/searchstatistics.h"
 #include "protocol/uki.h"
 #include "stats/statgraph.h"
@@ -52,10 +53,11 @@ QToolButton *rowButton(QWidget *parent, const char *name, const QString &icon, c
 
 } // namespace
 
-StatGraphWidget::StatGraphWidget(Uki *uki, QWidget *parent)
+StatGraphWidget::StatGraphWidget(Uki *uki, SafeWrite *writer, QWidget *parent)
     : QWidget(parent)
     , ui(new Ui::StatGraphWidget)
     , m_uki(uki)
+    , m_writer(writer)
 {
     ui->setupUi(this);
 
@@ -126,7 +128,7 @@ StatGraphWidget::StatGraphWidget(Uki *uki, QWidget *parent)
         if (m_running && m_current.type == Job::Read)
             finishJob();
     });
-    connect(m_uki, &Uki::configWriteDone, this, &StatGraphWidget::configWriteDone);
+    connect(m_writer, &SafeWrite::finished, this, &StatGraphWidget::channelWritten);
 }
 
 StatGraphWidget::~StatGraphWidget()
@@ -342,7 +344,7 @@ bool StatGraphWidget::start(const Job &job)
     const uint address = job.key.first;
     const uint channel = job.key.second;
     // A request while the engine runs is refused by it and would also end the run in progress.
-    if (m_uki->isBusy()) {
+    if (m_uki->isBusy() || m_writer->isRunning()) {
         if (job.type == Job::Write)
             qInfo().noquote()
                     << QStringLiteral("Устройство занято, канал не записан: Адрес: %1; Канал: %2;")
@@ -371,7 +373,7 @@ bool StatGraphWidget::start(const Job &job)
     const uint upper = entry.upper() * kUnitsPerStep;
     qInfo().noquote()
             << QStringLiteral("Запись канала: Адрес: %1; Канал: %2;").arg(address).arg(channel + 1);
-    if (!m_uki->writeCustomChannel(address, channel + 1, lower, upper, entry.rLoc()))
+    if (!m_writer->writeChannel(address, channel + 1, lower, upper, entry.rLoc()))
         return false;
     m_running = true;
     m_current = job;
@@ -397,14 +399,30 @@ void StatGraphWidget::startNext()
         start(m_queue.takeFirst());
 }
 
-void StatGraphWidget::configWriteDone(bool success)
+void StatGraphWidget::channelWritten(const SafeWriteResult &result)
 {
     if (!m_running || m_current.type != Job::Write)
         return;
-    if (!success) {
-        // Not written: the settings stay unsaved so the user can try again.
-        const Key &key = m_current.key;
-        m_graph->entry(key.first, key.second).setChanged(true);
+    const Key &key = m_current.key;
+    StatChannel &entry = m_graph->entry(key.first, key.second);
+    const bool readBack = result.outcome == SafeWriteResult::Verified
+                          || result.outcome == SafeWriteResult::NotTaken;
+    if (readBack) {
+        // The row shows what the device holds now.
+        const std::shared_ptr<CustomChannels> channels = m_uki->customChannels();
+        CustomChannel held;
+        if (channels && channels->findChannel(key.first, key.second, held) && held.enabled)
+            entry.load(held.rLoc, held.lower, held.upper);
+        else
+            entry.load(0, 0, 0);
+        const QSignalBlocker blocker(ui->tableChannels);
+        setSettingsCells(int(m_rows.indexOf(key)), key);
+    }
+    if (result.outcome != SafeWriteResult::Verified) {
+        // Not written: unless the row shows the device again, its settings stay unsaved so the
+        // user can try again.
+        if (!readBack)
+            entry.setChanged(true);
         qInfo().noquote() << QStringLiteral("Канал не записан: Адрес: %1; Канал: %2;")
                                      .arg(key.first)
                                      .arg(key.second + 1);

@@ -8,6 +8,8 @@
 
 class CustomChannels;
 class Locators;
+class SafeWrite;
+struct SafeWriteResult;
 class SpinBoxDelegate;
 class StatGraph;
 class Uki;
@@ -18,13 +20,14 @@ class StatGraphWidget;
 
 // The fault-search statistics page: every channel of the monitor and its locators with its
 // custom settings, the channels ticked for the graph, and the raw values of one channel.
-// Reads and writes go through the engine given to the constructor, which must outlive the page;
-// the page starts them itself and never while the engine runs a program it did not start.
+// Reads go through the engine and channel writes through the guarded writer given to the
+// constructor, which must outlive the page; the page starts them itself and never while the
+// engine runs a program it did not start.
 class StatGraphWidget : public QWidget
 {
     Q_OBJECT
 public:
-    explicit StatGraphWidget(Uki *uki, QWidget *parent = nullptr);
+    StatGraphWidget(Uki *uki, SafeWrite *writer, QWidget *parent = nullptr);
     ~StatGraphWidget() override;
 
     StatGraph *graph() const { return m_graph; }
@@ -75,7 +78,7 @@ private:
     bool start(const Job &job);
     void finishJob();
     void startNext();
-    void configWriteDone(bool success);
+    void channelWritten(const SafeWriteResult &result);
     void buttonsEnabled(bool enabled);
     void fillDump();
     Key currentKey() const;
@@ -83,6 +86,7 @@ private:
 
     Ui::StatGraphWidget *ui = nullptr;
     Uki *m_uki = nullptr;
+    SafeWrite *m_writer = nullptr;
     StatGraph *m_graph = nullptr;
     SpinBoxDelegate *m_rLocDelegate = nullptr;
     SpinBoxDelegate *m_lowerDelegate = nullptr;

@@ -8,6 +8,7 @@
 #include "models/ctcorrections.h"
 #include "models/doublespinboxdelegate.h"
 #include "models/locators.h"
+#include "protocol/safewrite.h"
 #include "protocol/uki.h"
 #include "settings/ukiconfigeditor.h"
 #include "settings/ukpsconfigeditor.h"
@@ -31,7 +32,7 @@ constexpr int WhileWorking = 30000;
 constexpr int Offline = 2000;
 constexpr int Done = 3000;
 constexpr int Written = 1000;
-constexpr int WriteFailed = 1500;
+constexpr int Verdict = 8000;
 
 } // namespace
 
@@ -110,19 +111,28 @@ void MainWindow::createEngine()
     m_uki->setPortName(ProgramSettings::instance().port);
     connect(m_uki, &Uki::logMessage, this, &MainWindow::logMessage);
     connect(m_uki, &Uki::configReadDone, this, &MainWindow::configReadDone);
-    connect(m_uki, &Uki::configWriteDone, this, &MainWindow::configWriteDone);
     connect(m_uki, &Uki::statsReadDone, this, &MainWindow::statsReadDone);
+    // Created after the window's own connections: the window sees each engine report first,
+    // while the guarded write still counts as running.
+    m_safeWrite = new SafeWrite(m_uki, this);
+    prepareWrite();
     connect(m_uki, &Uki::programStart, this, [this] {
-        emit setButtonsEnabled(false);
-        ui->tbStop->setEnabled(true);
+        if (!m_safeWrite->isRunning())
+            runStarted();
     });
     connect(m_uki, &Uki::programDone, this, [this] {
-        emit setButtonsEnabled(true);
-        ui->tbStop->setEnabled(false);
-        m_progress->hide();
-        statusBar()->clearMessage();
+        if (!m_safeWrite->isRunning())
+            runEnded();
     });
-    connect(ui->tbStop, &QToolButton::clicked, m_uki, &Uki::cancel);
+    connect(m_safeWrite, &SafeWrite::logMessage, this, &MainWindow::logMessage);
+    connect(m_safeWrite, &SafeWrite::started, this, &MainWindow::runStarted);
+    connect(m_safeWrite, &SafeWrite::finished, this, &MainWindow::writeVerified);
+    connect(ui->tbStop, &QToolButton::clicked, this, [this] {
+        if (m_safeWrite->isRunning())
+            m_safeWrite->cancel();
+        else
+            m_uki->cancel();
+    });
     connect(m_uki, &Uki::progress, this, &MainWindow::showProgress);
     connect(m_uki, &Uki::received, this, [this](qint64 bytes, int lines, qint64 elapsedMs) {
         // Only a one-command run (the busy bar, such as the archive) shows its reply as it
@@ -165,6 +175,20 @@ void MainWindow::createEngine()
     statusBar()->addPermanentWidget(m_progress);
 }
 
+void MainWindow::runStarted()
+{
+    emit setButtonsEnabled(false);
+    ui->tbStop->setEnabled(true);
+}
+
+void MainWindow::runEnded()
+{
+    emit setButtonsEnabled(true);
+    ui->tbStop->setEnabled(false);
+    m_progress->hide();
+    statusBar()->clearMessage();
+}
+
 void MainWindow::createPages()
 {
     m_ukpsConfigEditor = new UkpsConfigEditor(ui->ukiConfigEditorPlace);
@@ -180,7 +204,7 @@ void MainWindow::createPages()
             this,
             &MainWindow::showChangedCount);
 
-    m_statGraphWidget = new StatGraphWidget(m_uki, ui->searchStatGraphPlace);
+    m_statGraphWidget = new StatGraphWidget(m_uki, m_safeWrite, ui->searchStatGraphPlace);
     ui->searchStatGraphPlace->layout()->addWidget(m_statGraphWidget);
 
     m_archive = new ArchiveData(QStringList(), this);
@@ -413,13 +437,37 @@ void MainWindow::writeConfig()
         m_ukpsConfigEditor->settings(m_ukpsSettings);
         commands = m_ukpsSettings.writeCommands();
     }
-    m_uki->writeCommands(commands);
+    prepareWrite();
+    m_safeWrite->writeSettings(commands);
 }
 
 void MainWindow::writeCorrections()
 {
-    if (m_corrections)
-        m_uki->writeCorrections(m_corrections);
+    prepareWrite();
+    if (!m_safeWrite->writeCorrections(m_corrections) && !m_uki->isBusy()
+        && !m_safeWrite->isRunning())
+        m_popup->show(tr("[[WARN]]Коррекции не изменены: записывать нечего"), Done);
+}
+
+void MainWindow::prepareWrite()
+{
+    // Set again before each write of the window: the statistics page writes channels with what
+    // was set last.
+    m_safeWrite->setBackupRoot(Application::dataFolder() + QStringLiteral("/backups"));
+    m_safeWrite->setVariant(ProgramSettings::instance().variant);
+}
+
+void MainWindow::writeVerified(const SafeWriteResult &result)
+{
+    runEnded();
+    // The editors show what the device holds now.
+    const bool readBack = result.outcome == SafeWriteResult::Verified
+                          || result.outcome == SafeWriteResult::NotTaken;
+    if (readBack && result.block == Uki::ReadSettings)
+        settingsRead();
+    if (readBack && result.block == Uki::ReadCorrections)
+        showCorrections(m_uki->corrLines());
+    m_popup->show(result.message(), result.outcome == SafeWriteResult::Verified ? Done : Verdict);
 }
 
 bool MainWindow::reportInterrupted()
@@ -437,6 +485,9 @@ bool MainWindow::reportInterrupted()
 
 void MainWindow::configReadDone(bool success, uint32_t flags)
 {
+    // The reads of a guarded write are its own business.
+    if (m_safeWrite->isRunning())
+        return;
     if (!success && reportInterrupted())
         return;
     if (!success) {
@@ -584,16 +635,6 @@ void MainWindow::showCorrections(const QStringList &lines)
     ui->tableCorrections->resizeColumnsToContents();
     m_corrections = corrections;
     ui->plainTextCorrections->setPlainText(lines.join(QLatin1Char('\n')));
-}
-
-void MainWindow::configWriteDone(bool success)
-{
-    if (!success && reportInterrupted())
-        return;
-    if (success)
-        m_popup->show(tr("[[OK]]Данные отправлены"), Written);
-    else
-        m_popup->show(tr("[[ERR]]Ошибка записи данных"), WriteFailed);
 }
 
 void MainWindow::statsReadDone(bool success, uint address, uint channel, uint level)

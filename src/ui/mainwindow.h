@@ -13,12 +13,14 @@
 #include <utility>
 
 struct CsvMessage;
+struct SafeWriteResult;
 class ArchiveData;
 class ArchiveFilterProxy;
 class CtCorrections;
 class Locators;
 class PopupMessage;
 class QProgressBar;
+class SafeWrite;
 class StatGraphWidget;
 class Uki;
 class UkiConfigEditor;
@@ -56,7 +58,6 @@ signals:
 public slots:
     void logMessage(QString message);
     void configReadDone(bool success, uint32_t flags);
-    void configWriteDone(bool success);
     void statsReadDone(bool success, uint address, uint channel, uint level);
 
 private slots:
@@ -69,6 +70,7 @@ private slots:
     void writeCorrections();
     void showAbout();
     void showProgress(int answered, int total);
+    void writeVerified(const SafeWriteResult &result);
 
     // File workflows
     void saveData();
@@ -88,6 +90,11 @@ private:
     // style.qss of the configuration folder (Latin-1) if it can be read, else the built-in one.
     static QString readStyleSheet();
     void createEngine();
+    // The device buttons while a run or a guarded write goes on.
+    void runStarted();
+    void runEnded();
+    // Where the next guarded write keeps its backup, and for which variant.
+    void prepareWrite();
     void createPages();
     void connectButtons();
     void setInitialState();
@@ -126,6 +133,8 @@ private:
     Ui::MainWindow *ui = nullptr;
     PopupMessage *m_popup = nullptr;
     Uki *m_uki = nullptr;
+    // Every write of the window and the statistics page goes through it.
+    SafeWrite *m_safeWrite = nullptr;
     UkpsConfigEditor *m_ukpsConfigEditor = nullptr;
     UkiConfigEditor *m_ukiConfigEditor = nullptr;
     StatGraphWidget *m_statGraphWidget = nullptr;

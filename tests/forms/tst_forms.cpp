@@ -1,4 +1,5 @@
 #include "models/valuecomparison.h"
+#include "protocol/safewrite.h"
 #include "protocol/uki.h"
 #include "settings/ukiconfigeditor.h"
 #include "settings/ukpsconfigeditor.h"
@@ -62,6 +63,7 @@ private slots:
 private:
     TestSupport::ScratchInstall m_install;
     Uki m_uki;
+    SafeWrite m_writer{&m_uki};
 };
 
 void tst_Forms::forms_data()
@@ -71,7 +73,7 @@ void tst_Forms::forms_data()
     QTest::newRow("UkiConfigEditor") << Factory([] { return new UkiConfigEditor; }) << "";
     QTest::newRow("UkpsConfigEditor") << Factory([] { return new UkpsConfigEditor; }) << "";
     QTest::newRow("StatGraphWidget")
-            << Factory([this] { return new StatGraphWidget(&m_uki); }) << "";
+            << Factory([this] { return new StatGraphWidget(&m_uki, &m_writer); }) << "";
     QTest::newRow("MainWindow")
             << Factory([] { return new MainWindow; })
             << "tbReadConfig tbWriteConfig tbLoadConfigFromFile tbSaveConfigToFile label_IMS_Ver "

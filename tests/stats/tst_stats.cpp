@@ -1,5 +1,6 @@
 #include "models/customchannels.h"
 #include "models/locators.h"
+#include "protocol/safewrite.h"
 #include "protocol/searchstatistics.h"
 #include "protocol/uki.h"
 #include "stats/statgraph.h"
@@ -30,12 +31,13 @@ std::shared_ptr<CustomChannels> someChannels()
                                                         "5\t16\t150\t12\t47"});
 }
 
-// The page with its engine, and what a row shows.
+// The page with its engine and writer, and what a row shows.
 struct Page
 {
     Page()
-        : page(&uki)
+        : page(&uki, &writer)
     {
+        writer.setBackupRoot(backups.path());
         table = page.findChild<QTableWidget *>("tableChannels");
         dump = page.findChild<QTableWidget *>("tableDump");
     }
@@ -61,7 +63,9 @@ struct Page
     {
         return table->cellWidget(row, 5)->findChild<QToolButton *>(name);
     }
+    QTemporaryDir backups;
     Uki uki;
+    SafeWrite writer{&uki};
     StatGraphWidget page;
     QTableWidget *table = nullptr;
     QTableWidget *dump = nullptr;
@@ -217,7 +221,7 @@ void tst_Stats::failedWrite()
     QCOMPARE(StatPalette::color(86) + StatPalette::color(87), QString("#ea83e3#f5361a"));
 
     page.table->item(1, 4)->setText("50");
-    QSignalSpy written(&page.uki, &Uki::configWriteDone);
+    QSignalSpy written(&page.writer, &SafeWrite::finished);
     QSignalSpy bounds(&page.page, &StatGraphWidget::setChannelBounds);
     QTest::ignoreMessage(QtInfoMsg, "Запись канала: Адрес: 0; Канал: 2;");
     page.button(1, "saveButton")->click();
@@ -225,7 +229,7 @@ void tst_Stats::failedWrite()
     QCOMPARE(bounds.at(0), (QList<QVariant>{0u, 1u, 10u, 50u}));
     QTest::ignoreMessage(QtInfoMsg, "Канал не записан: Адрес: 0; Канал: 2;");
     QVERIFY(written.wait(kRunMs));
-    QCOMPARE(written.at(0).at(0).toBool(), false);
+    QCOMPARE(written.at(0).at(0).value<SafeWriteResult>().outcome, SafeWriteResult::BackupFailed);
     QCOMPARE(page.row(1), QString("УКИ : 2|200*|10*|50*|save"));
 }
 
@@ -285,7 +289,8 @@ void tst_Stats::device()
         mark = simulator.receivedCommands().size();
         page.button(1, "saveButton")->click();
     }));
-    QCOMPARE(simulator.receivedCommands().mid(mark), QStringList{"set_cust_0_2_10_40_300"});
+    QCOMPARE(simulator.receivedCommands().mid(mark).filter("set_"),
+             QStringList{"set_cust_0_2_10_40_300"});
     QCOMPARE(page.row(1), QString("УКИ : 2|300*|10*|40*"));
     page.table->item(0, 4)->setText("50");
     page.table->item(63, 2)->setText("0");
@@ -295,9 +300,10 @@ void tst_Stats::device()
     const int before = written.count();
     page.page.findChild<QToolButton *>("tbWriteAllChannels")->click();
     QTRY_COMPARE_WITH_TIMEOUT(written.count(), before + 2, kRunMs);
-    QCOMPARE(simulator.receivedCommands().mid(mark),
+    QCOMPARE(simulator.receivedCommands().mid(mark).filter("set_"),
              (QStringList{"set_cust_0_1_0_50_101", "set_cust_5_16_25_70_0"}));
     QCOMPARE(written.last().at(0).toBool(), true);
+    QTRY_VERIFY_WITH_TIMEOUT(!page.writer.isRunning(), kRunMs);
 }
 
 QTEST_MAIN(tst_Stats)

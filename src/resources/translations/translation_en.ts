@@ -422,6 +422,11 @@
 <context>
     <name>Cli</name>
     <message>
+        <location filename="../../cli/main.cpp" line="+1"/>
+        <source>устройство занято</source>
+        <translation>device busy</translation>
+    </message>
+    <message>
         <location filename="../../cli/main.cpp" line="+93"/>
         <source>устройство на %1: %2</source>
         <translation>device on %1: %2</translation>
@@ -465,11 +470,6 @@
         <location line="+13"/>
         <source>Резервная копия: %1</source>
         <translation>Backup: %1</translation>
-    </message>
-    <message>
-        <location line="+18"/>
-        <source>%1 (записано %2, прочитано %3)</source>
-        <translation>%1 (written %2, read back %3)</translation>
     </message>
     <message>
         <location line="+9"/>
@@ -1046,6 +1046,11 @@ Exit status: 0 ok, 1 differences, 2 usage error,
 <context>
     <name>MainWindow</name>
     <message>
+        <location filename="../../ui/mainwindow.cpp" line="+1"/>
+        <source>[[WARN]]Коррекции не изменены: записывать нечего</source>
+        <translation>[[WARN]]No correction changed: nothing to write</translation>
+    </message>
+    <message>
         <location filename="../../ui/mainwindow.ui" line="+40"/>
         <source>Настройки</source>
         <translation>Settings</translation>
@@ -1403,16 +1408,6 @@ Exit status: 0 ok, 1 differences, 2 usage error,
         <translation>[[OK]]Configuration loaded</translation>
     </message>
     <message>
-        <location line="+50"/>
-        <source>[[OK]]Данные отправлены</source>
-        <translation>[[OK]]Data sent</translation>
-    </message>
-    <message>
-        <location line="+2"/>
-        <source>[[ERR]]Ошибка записи данных</source>
-        <translation>[[ERR]]Error writing data</translation>
-    </message>
-    <message>
         <location line="+11"/>
         <source>[[OK]]Статистика прочитана!</source>
         <translation>[[OK]]Statistics read!</translation>
@@ -1514,6 +1509,67 @@ Exit status: 0 ok, 1 differences, 2 usage error,
     <message>
         <source>Адрес %1, канал %2</source>
         <translation>Address %1, channel %2</translation>
+    </message>
+</context>
+<context>
+    <name>SafeWrite</name>
+    <message>
+        <location filename="../../protocol/safewrite.cpp" line="+1"/>
+        <source>не удалось создать папку %1</source>
+        <translation>cannot create folder %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ошибка записи в файл %1: %2</source>
+        <translation>error writing file %1: %2</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>устройство занято</source>
+        <translation>device busy</translation>
+    </message>
+</context>
+<context>
+    <name>SafeWriteResult</name>
+    <message>
+        <location filename="../../protocol/safewrite.cpp" line="+1"/>
+        <source>%1 (записано %2, прочитано %3)</source>
+        <translation>%1 (written %2, read back %3)</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Резервная копия: %1</source>
+        <translation>Backup: %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>[[OK]]Записано и проверено: %1 из %1</source>
+        <translation>[[OK]]Written and verified: %1 of %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>[[WARN]]Операция прервана</source>
+        <translation>[[WARN]]Operation stopped</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>[[ERR]]Резервная копия не сохранена, запись не выполнена: %1</source>
+        <translation>[[ERR]]Backup not saved, nothing written: %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>[[ERR]]Проверка записи не выполнена: %1</source>
+        <translation>[[ERR]]Write not verified: %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>[[ERR]]Ошибка записи: %1</source>
+        <translation>[[ERR]]Write failed: %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Устройство не приняло: %1</source>
+        <translation>Not taken by the device: %1</translation>
     </message>
 </context>
 <context>
