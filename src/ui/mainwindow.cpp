@@ -368,6 +368,7 @@ void MainWindow::reconnect()
     ui->plainTextUkiConfig->clear();
     m_ukpsConfigEditor->hide();
     m_ukiConfigEditor->hide();
+    showChangedCount();
     // Nothing left to save until a settings read or a loaded file shows settings again.
     ui->tbSaveConfigToFile->setEnabled(false);
     ui->labelStatus->setText(QString());

@@ -119,9 +119,11 @@ void MainWindow::showChangedCount()
         count = m_ukiConfigEditor->changedCount();
     else if (!m_ukpsConfigEditor->isHidden())
         count = m_ukpsConfigEditor->changedCount();
+    // Without an editor on the page there is nothing to compare a file with.
+    const bool shown = !m_ukiConfigEditor->isHidden() || !m_ukpsConfigEditor->isHidden();
     ui->labelConfigChanges->setText(tr("Изменено: %1").arg(count));
-    ui->labelConfigChanges->setVisible(!m_ukiConfigEditor->isHidden()
-                                       || !m_ukpsConfigEditor->isHidden());
+    ui->labelConfigChanges->setVisible(shown);
+    ui->tbCompareConfigWithFile->setEnabled(shown);
 }
 
 void MainWindow::compareConfigWithFile()
