@@ -1,5 +1,4 @@
 #include "files/csvfiles.h"
-#include "models/archivedata.h"
 #include "models/ctcorrections.h"
 #include "models/customchannels.h"
 #include "support.h"
@@ -97,20 +96,6 @@ void tst_CsvFiles::fileBytes()
     QFETCH(QByteArray, bytes);
     QFETCH(QByteArray, expected);
     QCOMPARE(bytes, expected);
-    const QString tag = QTest::currentDataTag();
-    const QStringList lines = F::decodeLines(
-            bytes, tag.startsWith("archive") ? F::Kind::Archive : F::Kind::Settings);
-    QCOMPARE(lines, QString::fromUtf8(expected).split("\r\n"));
-    const auto rows = [](QAbstractItemModel &&model) {
-        QAbstractItemModelTester tester(&model);
-        return TestSupport::modelRows(&model);
-    };
-    if (tag.startsWith("archive"))
-        QCOMPARE(rows(ArchiveData(lines)), rows(ArchiveData(dump)));
-    else if (tag == "corrections")
-        QCOMPARE(rows(CtCorrections(lines)), rows(CtCorrections(corrections)));
-    else if (tag == "custom")
-        QCOMPARE(rows(CustomChannels(lines)), rows(CustomChannels(custom)));
 }
 
 void tst_CsvFiles::loadedFile_data()
