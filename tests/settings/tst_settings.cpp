@@ -224,29 +224,23 @@ void tst_Settings::parse_data()
 {
     QTest::addColumn<QString>("row");
     // monitor | lines (";" between) | changed keys | log other than the UKPS echo | taken
+    // clang-format off
     const QStringList rows = {
             "uki|addruki\t3;Lang\t1||Bad string uki: \"addruki;Bad string uki: \"Lang|1",
             "uki|Flags\t2147483648|Flags=0||1",
             "uki| Bright \t 700 |Bright=700||1",
             "uki|Riso  Loc\t100||Bad string uki: \"Riso Loc|1",
             "uki|Urelay\t100\tanything|Urelay=100||1",
-            "uki|RisoLoc 200;;Bright\t||Bad line in UKI config : RisoLoc 200;Bad line in UKI "
-            "config "
-            ": ;Bad line in UKI config : Bright|1",
-            "uki|ModeDef\twmAuto;Bright\t0x10;RisoM3s1\tabc|ModeDef=0 Bright=0|got bad value for "
-            "RisoM3s1 : 0!|1",
-            "uki|junk;Tcust\t10;CapSopt\t901;Tcust\t120|Tcust=120|Bad line in UKI config : "
-            "junk;got bad value for CapSopt : 901!|1",
-            "uki|RS485_addr\t1;Tmost\tOFF;Urelay\t13|Urelay=13|Bad string uki: \"RS485_addr;Bad "
-            "string uki: \"Tmost|1",
-            "ukps|" + UkiSettings().toLines().join(';')
-                    + "||got bad value for TimeMto : 20!;Bad string ukps: \"Averaging;Bad string "
-                      "ukps: \"ModeInput|1",
-            "ukps|;OK;NumShunt\t0;Averaging\t1||Bad line in UKI config : ;Bad line in UKI config : "
-            "OK;got bad value for NumShunt : 0!;Bad string ukps: \"Averaging|0",
+            "uki|RisoLoc 200;;Bright\t||Bad line in UKI config : RisoLoc 200;Bad line in UKI config : ;Bad line in UKI config : Bright|1",
+            "uki|ModeDef\twmAuto;Bright\t0x10;RisoM3s1\tabc|ModeDef=0 Bright=0|got bad value for RisoM3s1 : 0!|1",
+            "uki|junk;Tcust\t10;CapSopt\t901;Tcust\t120|Tcust=120|Bad line in UKI config : junk;got bad value for CapSopt : 901!|1",
+            "uki|RS485_addr\t1;Tmost\tOFF;Urelay\t13|Urelay=13|Bad string uki: \"RS485_addr;Bad string uki: \"Tmost|1",
+            "ukps|" + UkiSettings().toLines().join(';') + "||got bad value for TimeMto : 20!;Bad string ukps: \"Averaging;Bad string ukps: \"ModeInput|1",
+            "ukps|;OK;NumShunt\t0;Averaging\t1||Bad line in UKI config : ;Bad line in UKI config : OK;got bad value for NumShunt : 0!;Bad string ukps: \"Averaging|0",
             "ukps| Uripple \t 25\tx|Uripple=25||1",
             "ukps|Lang\t1||Bad string ukps: \"Lang|0",
     };
+    // clang-format on
     for (const QString &row : rows)
         QTest::newRow(qPrintable(row.left(40))) << row;
 }
