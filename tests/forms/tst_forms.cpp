@@ -70,22 +70,14 @@ void tst_Forms::forms_data()
 {
     QTest::addColumn<Factory>("factory");
     QTest::addColumn<QString>("names");
+    // clang-format off
     QTest::newRow("UkiConfigEditor") << Factory([] { return new UkiConfigEditor; }) << "";
     QTest::newRow("UkpsConfigEditor") << Factory([] { return new UkpsConfigEditor; }) << "";
-    QTest::newRow("StatGraphWidget")
-            << Factory([this] { return new StatGraphWidget(&m_uki, &m_writer); }) << "";
-    QTest::newRow("MainWindow")
-            << Factory([] { return new MainWindow; })
-            << "tbReadConfig tbWriteConfig tbLoadConfigFromFile tbSaveConfigToFile label_IMS_Ver "
-               "plainTextUkiConfig cbArchiveFilter tbReadArchive tbLoadArchiveFromFile "
-               "tbSaveArchiveToFile tableArchive tbWriteCorrections tbLoadCorrectionsFromFile "
-               "tbSaveCorrectionsToFile tableCorrections tableLocators tbEdit_Connect tbConnect "
-               "tbSaveData tbCompareConfigWithFile labelConfigChanges tbCompareCorrectionsWithFile";
-    QTest::newRow("ConfigDialog") << Factory([] { return new ConfigDialog; })
-                                  << "cbComPort rbUkpsKs rbUkpsKs2 rbUkpsAb buttonBox";
-    QTest::newRow("CompareDialog")
-            << Factory([] { return new CompareDialog(new ValueComparison, "f.csv"); })
-            << "tableComparison labelCounts pbTakeValues buttonBox";
+    QTest::newRow("StatGraphWidget") << Factory([this] { return new StatGraphWidget(&m_uki, &m_writer); }) << "";
+    QTest::newRow("MainWindow") << Factory([] { return new MainWindow; }) << "tbReadConfig tbWriteConfig tbLoadConfigFromFile tbSaveConfigToFile label_IMS_Ver plainTextUkiConfig cbArchiveFilter tbReadArchive tbLoadArchiveFromFile tbSaveArchiveToFile tableArchive tbWriteCorrections tbLoadCorrectionsFromFile tbSaveCorrectionsToFile tableCorrections tableLocators tbEdit_Connect tbConnect tbSaveData tbCompareConfigWithFile labelConfigChanges tbCompareCorrectionsWithFile";
+    QTest::newRow("ConfigDialog") << Factory([] { return new ConfigDialog; }) << "cbComPort rbUkpsKs rbUkpsKs2 rbUkpsAb buttonBox";
+    QTest::newRow("CompareDialog") << Factory([] { return new CompareDialog(new ValueComparison, "f.csv"); }) << "tableComparison labelCounts pbTakeValues buttonBox";
+    // clang-format on
     QTest::newRow("AboutDialog") << Factory([] { return new AboutDialog; }) << "textBrowser";
 }
 
