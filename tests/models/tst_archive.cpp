@@ -179,14 +179,12 @@ void tst_Archive::dataText()
 void tst_Archive::values_data()
 {
     QTest::addColumn<QString>("row"); // Value-1 .. Value-8 as received | as stored
-    QTest::newRow("cut to 16 bits, bad numbers 0")
-            << "70000\tabc\t-1\t65535\t\t1.5\t65536\t42|4464 0 0 65535 0 0 0 42";
-    QTest::newRow("wide numbers") << "4294967296\t0000070000\t007\t4294967295\t99999999999\t+"
-                                     "12\t0\t0|0 4464 7 65535 0 12 0 0";
-    QTest::newRow("feed parameters: second stamp in Value-7/8")
-            << "177\t0\t667\t5\t16\t0\t05.04.20\t17:41:50|177 0 667 5 16 0 60974 24201";
-    QTest::newRow("feed parameters: bad stamp 0")
-            << "177\t0\t667\t5\t16\t0\t5.4.20\t17:41:50|177 0 667 5 16 0 0 0";
+    // clang-format off
+    QTest::newRow("cut to 16 bits, bad numbers 0") << "70000\tabc\t-1\t65535\t\t1.5\t65536\t42|4464 0 0 65535 0 0 0 42";
+    QTest::newRow("wide numbers") << "4294967296\t0000070000\t007\t4294967295\t99999999999\t+12\t0\t0|0 4464 7 65535 0 12 0 0";
+    QTest::newRow("feed parameters: second stamp in Value-7/8") << "177\t0\t667\t5\t16\t0\t05.04.20\t17:41:50|177 0 667 5 16 0 60974 24201";
+    QTest::newRow("feed parameters: bad stamp 0") << "177\t0\t667\t5\t16\t0\t5.4.20\t17:41:50|177 0 667 5 16 0 0 0";
+    // clang-format on
 }
 
 void tst_Archive::values()
@@ -273,14 +271,14 @@ void tst_Archive::typeCode()
 void tst_Archive::filter_data()
 {
     QTest::addColumn<QString>("row"); // variant|filter items|filter class of each item
-    QTest::newRow("ukps-ks")
-            << "0|Всё,Ёмкость,Аварии КИ,Аварии АБ,Диагн. события,Авария темп.|034567";
+    // clang-format off
+    QTest::newRow("ukps-ks") << "0|Всё,Ёмкость,Аварии КИ,Аварии АБ,Диагн. события,Авария темп.|034567";
     QTest::newRow("ukps-ab") << "1|Всё,Аварии АБ,Диагн. события,Авария темп.|0567";
-    QTest::newRow("ukps-ks-2")
-            << "2|Всё,Поиск,Ёмкость,Аварии КИ,Аварии АБ,Диагн. события,Авария темп.|0234567";
+    QTest::newRow("ukps-ks-2") << "2|Всё,Поиск,Ёмкость,Аварии КИ,Аварии АБ,Диагн. события,Авария темп.|0234567";
     QTest::newRow("uki-kiranto") << "3|Всё,Контроль,Поиск,Ёмкость,Аварии КИ,Диагн. события|012346";
     QTest::newRow("unknown variant") << "4|Всё|0";
     QTest::newRow("negative variant") << "-1|Всё|0";
+    // clang-format on
 }
 
 void tst_Archive::filter()
