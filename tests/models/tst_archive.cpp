@@ -36,18 +36,10 @@ QStringList eventLines(const QString &types, const QString &values)
 // The event codes of each filter class, "first-last" for a run.
 QList<uint> classCodes(int filterClass)
 {
-    const char *const classes[] = {"1-46 48 128 129",
-                                   "1",
-                                   "11",
-                                   "10",
-                                   "16 17 18 46",
-                                   "21-26 29 32 34-45",
-                                   "2-9 12-15 19 20 27 28 48",
-                                   "31"};
+    const QString classes = "1-46 48 128 129,1,11,10,16 17 18 46,21-26 29 32 34-45,"
+                            "2-9 12-15 19 20 27 28 48,31";
     QList<uint> codes;
-    if (filterClass > 7)
-        return codes;
-    for (const QString &run : QString(classes[filterClass]).split(' '))
+    for (const QString &run : classes.split(',').value(filterClass).split(' ', Qt::SkipEmptyParts))
         for (uint code = run.section('-', 0, 0).toUInt(); code <= run.section('-', -1).toUInt();
              ++code)
             codes << code;
@@ -251,21 +243,15 @@ void tst_Archive::typeCode()
 {
     QCOMPARE(ArchiveData::eventTypes().size(), 49);
     QStringList codes;
-    for (const QString &text :
-         QString("Выключение питания|ET_UNKNOWN|ET_EVENT_IMS_POW_OFF_|"
-                 "ET_EVENT_IMS_POW_ON_|Ёмкость сети|пропало: Повышение "
-                 "напряжения \"хвоста\"|ET_DEBUG|et_sodc_param|ET_SODC_PARAM |")
-                 .split('|'))
+    // clang-format off
+    for (const QString &text : QString("Выключение питания|ET_UNKNOWN|ET_EVENT_IMS_POW_OFF_|ET_EVENT_IMS_POW_ON_|Ёмкость сети|пропало: Повышение напряжения \"хвоста\"|ET_DEBUG|et_sodc_param|ET_SODC_PARAM |").split('|'))
         codes << QString::number(ArchiveData::eventTypeCode(text));
     QCOMPARE(codes.join(' '), QString("27 0 13 14 10 37 128 0 0 0"));
     QStringList shown;
     for (uint code : {13, 14, 27, 32, 38, 15, 129, 47, 0})
         shown << ArchiveData::eventTypeText(code);
-    QCOMPARE(shown.join('|'),
-             QString("Выключение питания|Выключение питания|Выключение питания|"
-                     "Повышение напряжения \"хвоста\"|пропало: Снижение напряжения "
-                     "\"хвоста\"|Адрес анешнего локатора такой же как у УКИ|"
-                     "ET_FEED_COMPLEX|-|-"));
+    QCOMPARE(shown.join('|'), QString("Выключение питания|Выключение питания|Выключение питания|Повышение напряжения \"хвоста\"|пропало: Снижение напряжения \"хвоста\"|Адрес анешнего локатора такой же как у УКИ|ET_FEED_COMPLEX|-|-"));
+    // clang-format on
 }
 
 void tst_Archive::filter_data()
