@@ -144,14 +144,11 @@ void tst_TableModels::parse_data()
     loc("bad address;x5\t2.1.7\t1111000000000001\t1110000000000001\t1100000000000001\t1000000000000000;;address");
     loc("lower-case uki;uki\t9.6.43\t1111111100000000\t1111111100000000\t1111111100000000\t0000000000000000;;address");
     loc("negative address;-5\t2.1.7\t1111000000000001\t1110000000000001\t1100000000000001\t1000000000000000;;address");
+    const QString badLine = "_Bad line in UKI versions list: ";
+    QTest::newRow("versions: whole reply") << "loc" << QStringList{monitorLine, "x\t1\t2", locatorLine, "OK"}
+            << QStringList{"УКИ|9.6.43|1111111100000000|1111111100000000|ОООО ОООО XXXX XXXX", "5|2.1.7|1111000000000001|1110000000000001|ЗОиИ XXXX XXXX XXXО"}
+            << QStringList() << QStringList{badLine + "x\t1\t2", badLine + "OK"};
     // clang-format on
-    QTest::newRow("versions: whole reply")
-            << "loc" << QStringList{monitorLine, "x\t1\t2", locatorLine, "OK"}
-            << QStringList{"УКИ|9.6.43|1111111100000000|1111111100000000|ОООО ОООО XXXX XXXX",
-                           "5|2.1.7|1111000000000001|1110000000000001|ЗОиИ XXXX XXXX XXXО"}
-            << QStringList()
-            << QStringList{"_Bad line in UKI versions list: x\t1\t2",
-                           "_Bad line in UKI versions list: OK"};
 }
 
 void tst_TableModels::parse()
