@@ -93,20 +93,15 @@ void tst_Startup::settings_data()
 {
     // config.json | variant before | saved by toJson over the same document after fromJson
     QTest::addColumn<QString>("row");
-    QTest::newRow("port trimmed, ukps-ab")
-            << R"({"connection":{"port":"  ttyUSB0 \t","variant":"ukps-ab"}}|0|{"connection":{"port":"ttyUSB0","variant":"ukps-ab"}})";
-    QTest::newRow("no port, key in capitals keeps the variant")
-            << R"({"connection":{"variant":"UKPS-AB"}}|0|{"connection":{"port":"","variant":"ukps-ks"}})";
-    QTest::newRow("unknown key keeps the earlier variant, other members stay")
-            << R"({"a":1,"connection":{"baud":9,"port":"COM3","variant":"ukps"}}|3|{"a":1,"connection":{"baud":9,"port":"COM3","variant":"uki-kiranto"}})";
-    QTest::newRow("key with blanks, ukps-ks-2 not taken for ukps-ks")
-            << R"({"connection":{"variant":" ukps-ks-2 "}}|0|{"connection":{"port":"","variant":"ukps-ks-2"}})";
-    QTest::newRow("connection not an object")
-            << R"({"connection":"ttyS0"}|2|{"connection":{"port":"","variant":"ukps-ks-2"}})";
-    QTest::newRow("malformed, variant out of range kept and not written")
-            << R"({"connection": |7|{"connection":{"port":""}})";
-    QTest::newRow("variant not a string")
-            << R"({"connection":{"variant":3}}|0|{"connection":{"port":"","variant":"ukps-ks"}})";
+    // clang-format off
+    QTest::newRow("port trimmed, ukps-ab") << R"({"connection":{"port":"  ttyUSB0 \t","variant":"ukps-ab"}}|0|{"connection":{"port":"ttyUSB0","variant":"ukps-ab"}})";
+    QTest::newRow("no port, key in capitals keeps the variant") << R"({"connection":{"variant":"UKPS-AB"}}|0|{"connection":{"port":"","variant":"ukps-ks"}})";
+    QTest::newRow("unknown key keeps the earlier variant, other members stay") << R"({"a":1,"connection":{"baud":9,"port":"COM3","variant":"ukps"}}|3|{"a":1,"connection":{"baud":9,"port":"COM3","variant":"uki-kiranto"}})";
+    QTest::newRow("key with blanks, ukps-ks-2 not taken for ukps-ks") << R"({"connection":{"variant":" ukps-ks-2 "}}|0|{"connection":{"port":"","variant":"ukps-ks-2"}})";
+    QTest::newRow("connection not an object") << R"({"connection":"ttyS0"}|2|{"connection":{"port":"","variant":"ukps-ks-2"}})";
+    QTest::newRow("malformed, variant out of range kept and not written") << R"({"connection": |7|{"connection":{"port":""}})";
+    QTest::newRow("variant not a string") << R"({"connection":{"variant":3}}|0|{"connection":{"port":"","variant":"ukps-ks"}})";
+    // clang-format on
 }
 
 void tst_Startup::settings()

@@ -59,18 +59,10 @@ void tst_DfuFile::bytes_data()
     QTest::addColumn<QByteArray>("expected"); // empty: only read back
     DfuFile empty(0x1234, 0x5678, 0x9ABC);
     empty.addChunk(empty.addTarget("A", 5), 0x12345678, QByteArray());
-    QTest::newRow("empty chunk") << empty
-                                 << "DfuSe" + hex("0125010000") + "\x01Target" + hex("0501000000")
-                                            + "A" + QByteArray(254, '\0')
-                                            + hex("080000000100000078563412000000")
-                                            + hex("00bc9a785634121a01") + "UFD" + hex("10cb6ebecb");
-    QTest::newRow("two chunks")
-            << twoChunkFile()
-            << "DfuSe" + hex("0140010000") + "\x01Target" + hex("0001000000") + "Internal Flash"
-                       + QByteArray(241, '\0')
-                       + hex("23000000020000000000000810000000000102030405060708090a0b0c0d0e0f")
-                       + hex("0040000803000000") + "abc" + hex("000211df83041a01") + "UFD"
-                       + hex("10c2cf690e");
+    // clang-format off
+    QTest::newRow("empty chunk") << empty << "DfuSe" + hex("0125010000") + "\x01Target" + hex("0501000000") + "A" + QByteArray(254, '\0') + hex("080000000100000078563412000000") + hex("00bc9a785634121a01") + "UFD" + hex("10cb6ebecb");
+    QTest::newRow("two chunks") << twoChunkFile() << "DfuSe" + hex("0140010000") + "\x01Target" + hex("0001000000") + "Internal Flash" + QByteArray(241, '\0') + hex("23000000020000000000000810000000000102030405060708090a0b0c0d0e0f") + hex("0040000803000000") + "abc" + hex("000211df83041a01") + "UFD" + hex("10c2cf690e");
+    // clang-format on
     DfuFile three(0x0483, 0xDF11, 0x2200);
     three.addChunk(three.addTarget("Option Bytes", 1), 0x1FFFC000, hex("aa55ff00"));
     const int info = three.addTarget("Калибровка", 3);

@@ -283,97 +283,69 @@ void tst_ConfigEditors::ukpsVariant()
 
 void tst_ConfigEditors::changeMarks_data()
 {
-    QTest::addColumn<QString>("editor");
-    // "widget=value" set by the user, "@key=value" a settings line taken from a file.
-    QTest::addColumn<QString>("edits");
-    QTest::addColumn<QString>("key");
-    // Count of changed keys | marked labels and fields, sorted | the key's label.
-    QTest::addColumn<QString>("marks");
-    QTest::newRow("uki: two fields") << "uki"
-                                     << "sbRisoM3s1=77 cbLang=1"
-                                     << "RisoM3s1"
-                                     << "2|Rуст1 cbLang sbRisoM3s1 Язык интерфейса|Rуст1";
-    QTest::newRow("uki: an option bit marks its own combo")
-            << "uki"
-            << "cbGSearch=0"
-            << "Flags"
-            << "1|cbGSearch Групп. поиск|Групп. поиск, Метод контроля, Выход 4-20мА, Rобщ, "
-               "Авто-уст, Перекос, Мульти-УКИ, X9";
-    QTest::newRow("uki: a change undone") << "uki"
-                                          << "sbRisoM3s1=77 sbRisoM3s1=40"
-                                          << "Tcust"
-                                          << "0||Тиск";
-    QTest::newRow("uki: values taken from a file")
-            << "uki"
-            << "@RisoM3s2=33 @lang=1 @Unknown=1"
-            << "lang"
-            << "2|Rуст2 cbLang sbRisoM3s2 Язык интерфейса|Язык интерфейса";
-    QTest::newRow("ukps: two fields and a bit")
-            << "ukps"
-            << "sbUripple=3.1 cbFRN=2 cbTail=0"
-            << "Uripple"
-            << "3|Uхвост cbFRN cbTail sbUripple Пульсация U Сниж R-|Пульсация U";
-    QTest::newRow("ukps: a key without a field") << "ukps"
-                                                 << "@Tcust=30"
-                                                 << "AddrUki"
-                                                 << "0||";
+    // editor # "widget=value" set by the user, "@key=value" a settings line taken from a file #
+    // a key # count of changed keys|marked labels and fields, sorted|the key's label
+    QTest::addColumn<QString>("row");
+    // clang-format off
+    for (const char *row : {
+            "uki#sbRisoM3s1=77 cbLang=1#RisoM3s1#2|Rуст1 cbLang sbRisoM3s1 Язык интерфейса|Rуст1",
+            "uki#cbGSearch=0#Flags#1|cbGSearch Групп. поиск|Групп. поиск, Метод контроля, Выход 4-20мА, Rобщ, Авто-уст, Перекос, Мульти-УКИ, X9",
+            "uki#sbRisoM3s1=77 sbRisoM3s1=40#Tcust#0||Тиск",
+            "uki#@RisoM3s2=33 @lang=1 @Unknown=1#lang#2|Rуст2 cbLang sbRisoM3s2 Язык интерфейса|Язык интерфейса",
+            "ukps#sbUripple=3.1 cbFRN=2 cbTail=0#Uripple#3|Uхвост cbFRN cbTail sbUripple Пульсация U Сниж R-|Пульсация U",
+            "ukps#@Tcust=30#AddrUki#0||"})
+        QTest::newRow(QString(row).section('#', 0, 1).toUtf8()) << QString(row);
+    // clang-format on
+}
+
+// Makes the edits "widget=value" (by the user) and "@key=value" (a line taken from a file) and
+// gives the count of changed keys, the marked labels and fields, the key's label; then the same
+// after the settings are given again, with the count last signalled (a reset must signal).
+template<class Editor, class Record>
+QString marks(const QString &edits, const QString &key)
+{
+    Editor form;
+    QSignalSpy counted(&form, &Editor::changedCountChanged);
+    QStringList taken;
+    for (const QString &edit : edits.split(' ')) {
+        if (edit.startsWith('@'))
+            taken << edit.mid(1).replace('=', '\t');
+        else
+            enter(form.template findChild<QWidget *>(edit.section('=', 0, 0)),
+                  edit.section('=', 1));
+    }
+    form.takeLines(taken);
+    QStringList shown;
+    for (int round = 0; round < 2; ++round) {
+        QStringList names;
+        for (QWidget *widget : form.template findChildren<QWidget *>()) {
+            auto label = qobject_cast<QLabel *>(widget);
+            if (widget->font().bold() && !widget->objectName().startsWith("qt_")
+                && !widget->objectName().isEmpty())
+                names << (label ? label->text() : widget->objectName());
+        }
+        names.sort();
+        const int signalled = counted.isEmpty() ? -round : counted.last().at(0).toInt();
+        shown << QString("%1|%2|%3|%4")
+                         .arg(form.changedCount())
+                         .arg(names.join(' '), form.labelFor(key))
+                         .arg(signalled);
+        form.setSettings(Record());
+    }
+    return shown.join(" / ");
 }
 
 // Fields changed since the settings were given are bold with their labels and counted; giving
 // the settings again clears every mark.
 void tst_ConfigEditors::changeMarks()
 {
-    QFETCH(QString, editor);
-    QFETCH(QString, edits);
-    QFETCH(QString, key);
-    std::unique_ptr<QWidget> form;
-    if (editor == "uki")
-        form = std::make_unique<UkiConfigEditor>();
-    else
-        form = std::make_unique<UkpsConfigEditor>();
-    auto *uki = qobject_cast<UkiConfigEditor *>(form.get());
-    auto *ukps = qobject_cast<UkpsConfigEditor *>(form.get());
-    QSignalSpy counted(form.get(), SIGNAL(changedCountChanged(int)));
-    QStringList taken;
-    for (const QString &edit : edits.split(' ')) {
-        const QString name = edit.section('=', 0, 0);
-        const QString value = edit.section('=', 1);
-        if (name.startsWith('@'))
-            taken << name.mid(1) + '\t' + value;
-        else
-            enter(form->findChild<QWidget *>(name), value);
-    }
-    if (uki)
-        uki->takeLines(taken);
-    else
-        ukps->takeLines(taken);
-    const auto marked = [&form] {
-        QStringList names;
-        for (QWidget *widget : form->findChildren<QWidget *>()) {
-            if (widget->font().bold() && !widget->objectName().isEmpty()
-                && !widget->objectName().startsWith("qt_"))
-                names << (qobject_cast<QLabel *>(widget) ? qobject_cast<QLabel *>(widget)->text()
-                                                         : widget->objectName());
-        }
-        names.sort();
-        return names.join(' ');
-    };
-    const auto count = [uki, ukps] {
-        return uki ? uki->changedCount() : ukps->changedCount();
-    };
-    QTEST(QString("%1|%2|%3")
-                  .arg(count())
-                  .arg(marked())
-                  .arg(uki ? uki->labelFor(key) : ukps->labelFor(key)),
-          "marks");
-    QCOMPARE(counted.isEmpty() ? 0 : counted.last().at(0).toInt(), count());
-
-    if (uki)
-        uki->setSettings(UkiSettings());
-    else
-        ukps->setSettings(UkpsSettings());
-    QCOMPARE(QString("%1|%2|%3").arg(count()).arg(marked()).arg(counted.last().at(0).toInt()),
-             QString("0||0"));
+    QFETCH(QString, row);
+    const QStringList f = row.split('#');
+    const QString count = f[3].section('|', 0, 0);
+    const QString key = f[2];
+    const QString shown = f[0] == "uki" ? marks<UkiConfigEditor, UkiSettings>(f[1], key)
+                                        : marks<UkpsConfigEditor, UkpsSettings>(f[1], key);
+    QCOMPARE(shown, f[3] + '|' + count + " / 0||" + f[3].section('|', 2) + "|0");
 }
 
 QTEST_MAIN(tst_ConfigEditors)
