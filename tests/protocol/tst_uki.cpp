@@ -211,14 +211,7 @@ void tst_Uki::program()
     }
     QCOMPARE(wire(), expectedWire.join(' '));
     // '*' in an expectation stands for any text.
-    const auto matches = [](const QString &expected, const QString &got) {
-        const QString pattern = QRegularExpression::escape(expected).replace("\\*", ".*");
-        return QRegularExpression('^' + pattern + '$',
-                                  QRegularExpression::DotMatchesEverythingOption)
-                .match(got)
-                .hasMatch();
-    };
-    QVERIFY2(matches(f[4], trace()), qPrintable(trace()));
+    QVERIFY2(TestSupport::matches(f[4], trace()), qPrintable(trace()));
     // Whatever '*' stands for, a run is ended by a port error only where one is expected.
     QVERIFY2(f[4].contains("Ошибка: ") || m_events.filter("Ошибка: ").isEmpty(),
              qPrintable(trace()));
@@ -261,7 +254,7 @@ void tst_Uki::program()
                       .arg(m_uki->ukiVersion())
                       .arg(m_uki->locators() ? m_uki->locators()->rowCount() : -1)
                       .arg(m_uki->customChannels() ? m_uki->customChannels()->rowCount() : -1);
-    QVERIFY2(f[5].isEmpty() || matches(f[5], blocks), qPrintable(blocks));
+    QVERIFY2(f[5].isEmpty() || TestSupport::matches(f[5], blocks), qPrintable(blocks));
     if (!f[6].isEmpty()) {
         const uint flags = f[6].section(':', 0, 0).toUInt();
         QVERIFY(run([&] { return m_uki->readData(flags); }));
