@@ -227,28 +227,11 @@ void tst_MainWindow::device()
     QVERIFY(run("tbReadConfig"));
     QCOMPARE(threshold->value(), 75);
 
-    if (locators) {
-        // CT corrections: an edited row goes out as one command, with gain x100 and phase x10
-        // as an unsigned 16-bit number.
-        // A row counts as sent even when its run fails, so every attempt edits it anew.
-        if (!monitor) {
-            QVERIFY(run("tbReadCorrections"));
-            QCOMPARE(m_sent, QStringList{"corr"});
-        }
-        QAbstractItemModel *corrections = child<QTableView>("tableCorrections")->model();
-        QString key = rows("tableCorrections").constFirst().section('|', 0, 1);
-        key.replace('|', '_');
-        bool sent = false;
-        for (int attempt = 0; attempt < kAttempts && !sent; ++attempt) {
-            QVERIFY(corrections->setData(corrections->index(0, 2), 1.23 + attempt));
-            QVERIFY(corrections->setData(corrections->index(0, 3), -12.5));
-            QVERIFY(run("tbWriteCorrections", true, false));
-            sent = m_report.at(0).toBool();
-            if (sent)
-                QCOMPARE(m_sent.filter("set_").join(' '),
-                         QString("set_corr_%1_%2_65411").arg(key).arg(123 + 100 * attempt));
-        }
-        QVERIFY(sent);
+    // CT corrections of a locator device without a monitor: read by their own button.
+    if (locators && !monitor) {
+        QVERIFY(run("tbReadCorrections"));
+        QCOMPARE(m_sent, QStringList{"corr"});
+        QCOMPARE(rows("tableCorrections").size(), 64);
     }
     if (monitor) {
         // Statistics of one channel: the message the user sees.
