@@ -111,9 +111,6 @@ void tst_Cli::commands_data()
         "uki-kiranto|read --out %/out --fast|2||kiranto-cli: Unknown option 'fast'.");
     row("missing file", "uki-kiranto|compare %/none.csv|4||kiranto-cli: no such file");
     row("file of another variant", "uki-kiranto|write-settings %/ukps.csv|4||kiranto-cli: file");
-    row("port that does not exist",
-        "uki-kiranto|--port /nonexistent/ttyKIRANTO read --out %/out|3||kiranto-cli: device on "
-        "/nonexistent/ttyKIRANTO: Порт /nonexistent/ttyKIRANTO: Ошибка: Ошибка открытия порта");
     row("silent device",
         "uki-kiranto,silence|read --out %/out|3||kiranto-cli: device on *: Нет ответа на команду "
         "get_cfg");
