@@ -1,6 +1,6 @@
-// The main window against a misbehaving line: one run per fault of kiranto-sim, and a port that
-// cannot be opened. Each run must end with the right message and log lines, the device buttons
-// as they were, the data read before kept, and nothing left running.
+// The main window against a misbehaving line: one run per fault of kiranto-sim. Each run must
+// end with the right message and log lines, the device buttons as they were, the data read
+// before kept, and nothing left running.
 
 #include "link/seriallink.h"
 #include "models/locators.h"
@@ -8,7 +8,6 @@
 #include "protocol/uki.h"
 #include "settings/ukiconfigeditor.h"
 #include "settings/ukisettings.h"
-#include "ui/configdialog.h"
 #include "ui/mainwindow.h"
 
 #include "support.h"
@@ -59,7 +58,7 @@ private:
     void setFault(const QByteArray &rule);
     bool waitQuiet() const;
     void establishBaseline();
-    // Runs `what` (a button, "stats" or "connect:<port>") and waits for the engine's report.
+    // Runs `what` (a button or "stats") and waits for the engine's report.
     bool start(QString what, QList<QVariant> *report);
     Data snapshot() const;
 
@@ -118,18 +117,11 @@ bool tst_FaultMatrix::start(QString what, QList<QVariant> *report)
     QSignalSpy written(m_window->findChild<SafeWrite *>(), &SafeWrite::finished);
     QSignalSpy stats(uki, &Uki::statsReadDone);
     QSignalSpy *done = what == "stats" ? &stats : what == "tbWriteConfig" ? &written : &read;
-    if (what.startsWith("connect:"))
-        QTimer::singleShot(0, this, [what] {
-            auto *dialog = qobject_cast<ConfigDialog *>(QApplication::activeModalWidget());
-            dialog->findChild<QComboBox *>()->setEditText(what.mid(8));
-            dialog->accept();
-        });
     if (what == "stats") {
         if (!uki->readStats(0, 0, 0))
             return false;
     } else {
-        m_window->findChild<QToolButton *>(what.startsWith("connect:") ? "tbEdit_Connect" : what)
-                ->click();
+        m_window->findChild<QToolButton *>(what)->click();
     }
     if (stop) {
         if (!QTest::qWaitFor([&] { return m_sim->receivedCommands().size() > sent; }, 10000))
@@ -199,8 +191,8 @@ tst_FaultMatrix::Data tst_FaultMatrix::snapshot() const
 
 void tst_FaultMatrix::fault_data()
 {
-    // fault rule | run: a button, "stats" or "connect:<port>" | success | popup ("%o" the offline
-    // message; ending in '*': its beginning; "%1" the port) | lines of the protocol log, each
+    // fault rule | run: a button or "stats" | success | popup ("%o" the offline message, '*' any
+    // text, "%1" the port) | lines of the protocol log, each
     // exactly once, ';' between, "%1" the port | what changes: "" nothing, "cut" the archive ends
     // early, "noise" the tables built from the blocks are empty, "device" the editor shows the
     // device's settings | for a stopped run, the status bar while it ran (a pattern).
@@ -236,9 +228,6 @@ void tst_FaultMatrix::fault_data()
             << "flood:srch_stats|stop:stats|0|[[Warning]]Операция прервана|"
                "Операция прервана на команде srch_stats_0_0_0_0;Порт %1: закрыт.|| / Команд "
                "выполнено: 0 из 8";
-    QTest::newRow("port that does not exist")
-            << "|connect:/nonexistent/ttyKIRANTO|0|%o|Порт /nonexistent/ttyKIRANTO: Ошибка: Ошибка "
-               "открытия порта /nonexistent/ttyKIRANTO : *|";
 }
 
 void tst_FaultMatrix::fault()
@@ -284,7 +273,7 @@ void tst_FaultMatrix::fault()
         if (rule == "hangup" || rule.startsWith("flood"))
             m_sim->stop();
         // Whatever went through may have changed the window or the device.
-        if (report.at(0).toBool() || run == "tbWriteConfig" || run.startsWith("connect"))
+        if (report.at(0).toBool() || run == "tbWriteConfig")
             m_baselineValid = false;
         if (report.at(0).toBool() == success && eachOnce(log, lines))
             break;
