@@ -22,12 +22,8 @@ constexpr int kAttempts = 3;
 constexpr int kArchiveEvents = 20;
 const QString kOffline = QStringLiteral("[[Error]]Устройство не подключено: Автономная работа");
 
-const char *const kDeviceButtons[] = {"tbConnect",
-                                      "tbReadConfig",
-                                      "tbWriteConfig",
-                                      "tbReadArchive",
-                                      "tbWriteCorrections",
-                                      "tbStop"};
+const QString kDeviceButtons = QStringLiteral(
+        "tbConnect tbReadConfig tbWriteConfig tbReadArchive tbWriteCorrections tbStop");
 
 // Each pattern matches exactly one line, '*' standing for any run of characters.
 bool eachOnce(const QStringList &patterns, const QStringList &lines)
@@ -184,7 +180,7 @@ tst_FaultMatrix::Data tst_FaultMatrix::snapshot() const
     Data data{{"editor", settings.toLines()}};
     for (const char *table : {"tableLocators", "tableArchive", "tableCorrections"})
         data[table] = modelRows(m_window->findChild<QTableView *>(table)->model());
-    for (const char *name : kDeviceButtons)
+    for (const QString &name : kDeviceButtons.split(' '))
         data["buttons"].append(m_window->findChild<QWidget *>(name)->isEnabled() ? name : "");
     return data;
 }
