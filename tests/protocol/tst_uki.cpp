@@ -135,7 +135,6 @@ void tst_Uki::program_data()
     };
     // clang-format off
     row("uki-kiranto, every block, fixed order", "uki-kiranto;read 31;;get_cfg cfg get_cust corr dump;start|Порт #: открыт.|Результаты:|_locators_|word[0] = UKI : word[1] = 9.6.43|word[0] = 1 : word[1] = 5.1.4|word[0] = 2 : word[1] = 5.1.4|word[0] = 5 : word[1] = 5.2.0|Порт #: закрыт.|done:1|read:1:31;24:AddrUki…OK|6:Addr…OK|66:address…OK|66:address…OK|22:Item…OK|9.6.43|4 locators|64 channels;");
-    row("archive and corrections, not in bit order", "uki-kiranto;read 20;;corr dump;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|read:1:20;;");
     row("statistics, level 0: eight blocks", "uki-kiranto;stats 0 3 0 10;;srch_stats_0_0_3_*8;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|stats:1:0:3:0;;");
     row("statistics, locator, Tcust 10: 25 blocks", "uki-kiranto;stats 5 2 1 10;;srch_stats_1_5_2_*25;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|stats:1:5:2:1;;");
     row("statistics read again: the new record replaces", "uki-kiranto;stats 5 2 1 4;;srch_stats_1_5_2_*10;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|stats:1:5:2:1;;");
