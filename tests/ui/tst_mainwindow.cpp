@@ -345,6 +345,14 @@ void tst_MainWindow::files()
     m_sim.reset();
     m_install->activate(QString(), 0);
     newWindow();
+    // The channels need a settings file first; one without a versions list will do.
+    QVERIFY(writeFile(
+            data + "/bare.csv",
+            "3\r\n-----\r\nУКИ КИРАНТО\r\n--------------\r\nAddrUki\t1\r\nRisoM3s1\t60\r\n"));
+    click("tbLoadConfigFromFile", data + "/bare.csv");
+    m_asked = 0;
+    click("tbLoadChannelsFromFile", data + "/custom.csv");
+    QCOMPARE(m_asked, 1);
     click("tbLoadConfigFromFile", data + "/settings.csv");
     QCOMPARE(popup(m_window.get()), QStringLiteral("[[Ok]]Файл прочитан"));
     QCOMPARE(ProgramSettings::instance().variant, 3);
