@@ -5,12 +5,12 @@
 #include "ui/popupmessage.h"
 
 #include <QAbstractItemModel>
-#include <QDate>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMutex>
+#include <QRegularExpression>
 #include <QWidget>
 
 namespace TestSupport {
@@ -96,13 +96,6 @@ void ScratchInstall::activate(const QString &port, int variant) const
     ProgramSettings::instance().variant = variant;
 }
 
-QString ScratchInstall::todaysLog() const
-{
-    const QString name = QStringLiteral("/KIRANTO-Link-%1.log")
-                                 .arg(QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")));
-    return QString::fromUtf8(readFile(logFolder() + name));
-}
-
 namespace {
 
 QMutex g_mutex;
@@ -174,6 +167,16 @@ QString popup(const QWidget *window)
         return QString();
     const QLabel *label = popupMessage->label();
     return QStringLiteral("[[%1]]%2").arg(label->property("class").toString(), label->text());
+}
+
+bool matches(const QString &pattern, const QString &text)
+{
+    const QString expression = QRegularExpression::escape(pattern).replace(QLatin1String("\\*"),
+                                                                           QLatin1String(".*"));
+    return QRegularExpression(QRegularExpression::anchoredPattern(expression),
+                              QRegularExpression::DotMatchesEverythingOption)
+            .match(text)
+            .hasMatch();
 }
 
 QByteArray readFile(const QString &path)

@@ -57,8 +57,6 @@ public:
     QString configFolder() const { return path() + QStringLiteral("/config"); }
     QString logFolder() const { return path() + QStringLiteral("/logs"); }
     QString dataFolder() const { return path() + QStringLiteral("/data"); }
-    // Today's log file as text.
-    QString todaysLog() const;
 
 private:
     QTemporaryDir m_dir;
@@ -81,6 +79,9 @@ QStringList modelRows(const QAbstractItemModel *model, int role = 0);
 
 // The main window's popup as shown: "[[Class]]text" while visible, "" while hidden.
 QString popup(const QWidget *window);
+
+// Whether text is pattern as a whole, each '*' in pattern standing for any run of characters.
+bool matches(const QString &pattern, const QString &text);
 
 // A whole file's bytes; empty when it cannot be read.
 QByteArray readFile(const QString &path);

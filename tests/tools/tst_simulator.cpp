@@ -63,8 +63,6 @@ private slots:
         row("slow: acts", "slow|set_cust_5_3_10_45_200|normal late changed");
         row("gap inside a reply", "gap|get_cfg|normal gap");
         row("flood until the next command", "flood|cfg|repeated endless");
-        row("prefix matches", "reject:get_cu|get_cust|refused");
-        row("prefix does not match", "reject:get_cu|get_cfg|normal");
         row("first rule wins", "# first\nsilence:get\nreject|get_cfg|silent");
         row("refused: terminator appended", "|get_cfg\r\n|refused");
         row("refused: upper case", "|CFG|refused");
