@@ -278,7 +278,10 @@ void tst_Uki::refused()
     const auto connection = connect(m_uki.get(), &Uki::programDone, this, [&] {
         accepted << m_uki->readData(Uki::ReadIdentification);
     });
-    QVERIFY(run([&] { return m_uki->readData(Uki::ReadSettings); }));
+    QVERIFY(run([&] {
+        accepted.clear();
+        return m_uki->readData(Uki::ReadSettings);
+    }));
     disconnect(connection);
     QCOMPARE(accepted, QList<bool>{false});
     QVERIFY(messages.contains("Ukps::startProgram() called when another program active!"));
