@@ -157,16 +157,18 @@ void MainWindow::compareConfigWithFile()
 
 void MainWindow::compareCorrectionsWithFile()
 {
+    if (!m_corrections) {
+        m_popup->show(tr("[[WARN]]Нечего сравнивать: коррекции ТТ не прочитаны"), 3000);
+        return;
+    }
     QString name;
     QStringList lines;
     if (!openFileLines(tr("Сравнение коррекций ТТ с файлом"), CsvFiles::Kind::Table, name, lines))
         return;
     auto file = std::make_shared<CtCorrections>(lines);
     const QLocale locale = ui->tableCorrections->locale();
-    const ValueComparison::Entries current = m_corrections
-                                                     ? ValueComparison::shownCorrectionEntries(
-                                                             *m_corrections, locale)
-                                                     : ValueComparison::Entries();
+    const ValueComparison::Entries current = ValueComparison::shownCorrectionEntries(*m_corrections,
+                                                                                     locale);
     const ValueComparison::Entries fileEntries = ValueComparison::shownCorrectionEntries(*file,
                                                                                          locale);
     QHash<QString, QString> labels;
@@ -181,8 +183,7 @@ void MainWindow::compareCorrectionsWithFile()
     auto *dialog = new CompareDialog(comparison, name, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QDialog::accepted, this, [this, file] {
-        if (m_corrections)
-            m_corrections->takeValues(*file);
+        m_corrections->takeValues(*file);
         m_popup->show(tr("[[INFO]]Значения из файла в редакторе; в устройство ничего не записано"),
                       3000);
     });

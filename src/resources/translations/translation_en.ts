@@ -1503,6 +1503,10 @@ Exit status: 0 ok, 1 differences, 2 usage error,
         <translation>Compare CT corrections with file</translation>
     </message>
     <message>
+        <source>[[WARN]]Нечего сравнивать: коррекции ТТ не прочитаны</source>
+        <translation>[[WARN]]Nothing to compare: no CT corrections have been read</translation>
+    </message>
+    <message>
         <source>[[INFO]]Значения из файла в редакторе; в устройство ничего не записано</source>
         <translation>[[INFO]]The file's values are in the editor; nothing was written to the device</translation>
     </message>
