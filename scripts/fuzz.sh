@@ -31,7 +31,7 @@ build=build-fuzz
 cxx=${CXX_FUZZ:-clang++}
 command -v "$cxx" >/dev/null || { echo "fuzz.sh: $cxx not found (packages clang, libclang-rt-14-dev)"; exit 2; }
 if [ ! -f "$build/CMakeCache.txt" ]; then
-    cmake -S . -B "$build" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+    cmake -S . -B "$build" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_BUILD_TYPE=Check \
         -DKIRANTO_BUILD_FUZZ=ON -DKIRANTO_SANITIZE=ON -DKIRANTO_WERROR=ON \
         -DKIRANTO_BUILD_TESTS=OFF -DKIRANTO_BUILD_BENCH=OFF >/dev/null || exit 2
 fi

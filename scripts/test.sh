@@ -75,7 +75,7 @@ normal_ctest() {
 
 qt6_tree() {
     scripts/setup.sh build-qt6 -DKIRANTO_QT_MAJOR=6 -DKIRANTO_WERROR=ON \
-        -DKIRANTO_BUILD_BENCH=OFF -DKIRANTO_BUILD_FUZZ=OFF || return
+        -DKIRANTO_BUILD_BENCH=OFF -DKIRANTO_BUILD_FUZZ=OFF -DCMAKE_BUILD_TYPE=Check || return
     QT_QPA_PLATFORM=offscreen run_ctest build-qt6
 }
 
@@ -89,7 +89,7 @@ summary_of() {
 total_start=$SECONDS
 timed "build: packages, configure, build" scripts/setup.sh build
 timed "build-asan: configure, build" scripts/setup.sh build-asan -DKIRANTO_SANITIZE=ON \
-    -DKIRANTO_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=RelWithDebInfo
+    -DKIRANTO_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=Check
 timed "build-asan: ctest (ASan, LSan, UBSan)" asan_ctest
 timed "build-tsan: configure, build, ctest" scripts/tsan.sh
 timed "build-fuzz: build, fuzz smoke run" scripts/fuzz.sh --smoke

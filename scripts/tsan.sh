@@ -10,7 +10,7 @@ build=build-tsan
 tests=(tst_seriallink tst_uki tst_soak)
 
 cmake -S . -B "$build" -DKIRANTO_TSAN=ON -DKIRANTO_WERROR=ON -DKIRANTO_BUILD_BENCH=OFF \
-    -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+    -DCMAKE_BUILD_TYPE=Check >/dev/null
 available=$(cmake --build "$build" --target help | sed -n 's/^\.\.\. //p')
 targets=(kiranto-sim)
 present=()
