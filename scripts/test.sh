@@ -6,14 +6,20 @@
 #   build-tsan  ThreadSanitizer: serial link, engine and soak tests only (scripts/tsan.sh)
 #   build-fuzz  libFuzzer: a short smoke run of every fuzz target (scripts/fuzz.sh --smoke)
 # The normal tree is built first (quick feedback on compile errors) and tested last, so that its
-# ctest summary closes the log. Every step runs even when an earlier one failed; the wall time of
-# each is printed at the end, and the exit status is non-zero when any failed.
+# ctest summary closes the log. The ThreadSanitizer soak spends its time waiting on the
+# simulator's line, so the fuzz and Qt 6 trees build beside it at the lowest priority. Every step
+# runs even when an earlier one failed; the wall time of each is printed at the end, and the
+# exit status is non-zero when any failed.
 set -uo pipefail
 cd "$(dirname "$0")/.."
 
 jobs=$(nproc)
-rows=()
-failed=()
+# Steps run in a background group too, so their table rows and failures go through files.
+# The background group's output is shown after it, not mixed into the soak's.
+rows=$(mktemp)
+failed=$(mktemp)
+beside=$(mktemp)
+trap 'rm -f "$rows" "$failed" "$beside"' EXIT
 
 # Sets CPU to the CPU seconds (user + system) used so far by the finished children of this
 # shell. Must run in this shell, not in a $(...) subshell, whose counters start at zero.
@@ -38,9 +44,9 @@ timed() {
     "$@" || status=$?
     cpu_now
     local took=$((SECONDS - start)) cpu=$((CPU - cpu_start)) outcome=ok
-    [ $status -eq 0 ] || { outcome="FAILED (exit $status)"; failed+=("$label"); }
-    rows+=("$(printf '%-38s %3d min %02d s wall, %5d s CPU   %s' "$label" $((took / 60)) \
-        $((took % 60)) "$cpu" "$outcome")")
+    [ $status -eq 0 ] || { outcome="FAILED (exit $status)"; echo "$label" >>"$failed"; }
+    printf '%-42s %3d min %02d s wall, %5d s CPU   %s\n' "$label" $((took / 60)) \
+        $((took % 60)) "$cpu" "$outcome" >>"$rows"
     echo "======== $label: $((took / 60)) min $((took % 60)) s wall, $cpu s CPU, $outcome"
     return 0
 }
@@ -73,16 +79,23 @@ normal_ctest() {
     QT_QPA_PLATFORM=offscreen run_ctest build
 }
 
-qt6_tree() {
-    scripts/setup.sh build-qt6 -DKIRANTO_QT_MAJOR=6 -DKIRANTO_WERROR=ON \
-        -DKIRANTO_BUILD_BENCH=OFF -DKIRANTO_BUILD_FUZZ=OFF -DCMAKE_BUILD_TYPE=Check || return
+qt6_ctest() {
     QT_QPA_PLATFORM=offscreen run_ctest build-qt6
+}
+
+# The trees that build while the soak runs.
+beside_the_soak() {
+    timed "build-fuzz: build, fuzz smoke run" nice -n 19 scripts/fuzz.sh --smoke
+    timed "build-qt6: configure, build" nice -n 19 scripts/setup.sh build-qt6 \
+        -DKIRANTO_QT_MAJOR=6 -DKIRANTO_BUILD_BENCH=OFF -DKIRANTO_BUILD_FUZZ=OFF \
+        -DCMAKE_BUILD_TYPE=Check
 }
 
 # The ctest summary line(s) of a tree, joined by "; ".
 summary_of() {
     local lines
-    lines=$(grep -E '^[0-9]+% tests passed' "$1/ctest.log" 2>/dev/null | paste -sd ';' - | sed 's/;/; /g')
+    lines=$(cat "$1"/ctest*.log 2>/dev/null | grep -E '^[0-9]+% tests passed' | paste -sd ';' - \
+        | sed 's/;/; /g')
     echo "${lines:-(no ctest summary)}"
 }
 
@@ -91,24 +104,27 @@ timed "build: packages, configure, build" scripts/setup.sh build
 timed "build-asan: configure, build" scripts/setup.sh build-asan -DKIRANTO_SANITIZE=ON \
     -DKIRANTO_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=Check
 timed "build-asan: ctest (ASan, LSan, UBSan)" asan_ctest
-timed "build-tsan: configure, build, ctest" scripts/tsan.sh
-timed "build-fuzz: build, fuzz smoke run" scripts/fuzz.sh --smoke
-timed "build-qt6: configure, build, ctest" qt6_tree
+timed "build-tsan: configure, build, ctest" scripts/tsan.sh tst_seriallink tst_uki
+beside_the_soak >"$beside" 2>&1 &
+timed "build-tsan: ctest (soak at 2,000)" scripts/tsan.sh tst_soak
+wait
+cat "$beside"
+timed "build-qt6: ctest" qt6_ctest
 timed "build: ctest" normal_ctest
 
 total=$((SECONDS - total_start))
 cpu_now
 echo
 echo "======== Times on $jobs core(s) (CPU = user + system of all processes)"
-printf '%s\n' "${rows[@]}"
-printf '%-38s %3d min %02d s wall, %5d s CPU\n' "total" $((total / 60)) $((total % 60)) \
+cat "$rows"
+printf '%-42s %3d min %02d s wall, %5d s CPU\n' "total" $((total / 60)) $((total % 60)) \
     "$CPU"
 echo
 echo "build-tsan (ThreadSanitizer): $(summary_of build-tsan)"
 echo "build-asan (ASan, LSan, UBSan): $(summary_of build-asan)"
 echo "build-qt6 (Qt 6): $(summary_of build-qt6)"
-if [ ${#failed[@]} -gt 0 ]; then
-    printf 'FAILED: %s\n' "${failed[@]}"
+if [ -s "$failed" ]; then
+    sed 's/^/FAILED: /' "$failed"
 fi
 echo "build (normal): $(summary_of build)"
-[ ${#failed[@]} -eq 0 ]
+[ ! -s "$failed" ]
