@@ -25,8 +25,7 @@ private slots:
 private:
     // Clicks a read button until the engine reports a whole read.
     bool read(const char *button);
-    // A button of the window, or of a channel row ("saveButton:1").
-    void click(const QString &name);
+    void click(const char *name) { m_window->findChild<QToolButton *>(name)->click(); }
 
     std::unique_ptr<ScratchInstall> m_install;
     std::unique_ptr<Simulator> m_sim;
@@ -45,18 +44,6 @@ bool tst_SafeWrite::read(const char *button)
             return true;
     }
     return false;
-}
-
-void tst_SafeWrite::click(const QString &name)
-{
-    if (name.startsWith("saveButton:")) {
-        auto *table = m_window->findChild<QTableWidget *>("tableChannels");
-        table->cellWidget(name.section(':', 1).toInt(), 5)
-                ->findChild<QToolButton *>("saveButton")
-                ->click();
-        return;
-    }
-    m_window->findChild<QToolButton *>(name)->click();
 }
 
 void tst_SafeWrite::write_data()
@@ -110,9 +97,9 @@ void tst_SafeWrite::write()
     QVERIFY(read("tbReadConfig"));
 
     // The page's own save of the device's block, before anything is edited.
-    const QString saveButton = page == "corrections" ? "tbSaveCorrectionsToFile"
-                               : page == "channel"   ? "tbSaveChannelsToFile"
-                                                     : "tbSaveConfigToFile";
+    const char *saveButton = page == "corrections" ? "tbSaveCorrectionsToFile"
+                             : page == "channel"   ? "tbSaveChannelsToFile"
+                                                   : "tbSaveConfigToFile";
     m_fileName = m_install->path() + "/before.csv";
     click(saveButton);
     const QByteArray before = readFile(m_fileName);
@@ -120,18 +107,18 @@ void tst_SafeWrite::write()
 
     auto *editor = m_window->findChild<UkiConfigEditor *>();
     QStringList writes;
-    QString button = "tbWriteConfig";
+    auto *button = m_window->findChild<QToolButton *>("tbWriteConfig");
     if (page == "corrections") {
         QAbstractItemModel *model = m_window->findChild<QTableView *>("tableCorrections")->model();
         QVERIFY(model->setData(model->index(0, 2), 1.23));
         QVERIFY(model->setData(model->index(0, 3), -12.5));
-        button = "tbWriteCorrections";
+        button = m_window->findChild<QToolButton *>("tbWriteCorrections");
     } else if (page == "channel") {
         auto *table = m_window->findChild<QTableWidget *>("tableChannels");
         table->item(1, 2)->setText("300");
         table->item(1, 3)->setText("10");
         table->item(1, 4)->setText("42");
-        button = "saveButton:1";
+        button = table->cellWidget(1, 5)->findChild<QToolButton *>("saveButton");
     } else {
         editor->findChild<QSpinBox *>("sbRisoM3s2")->setValue(33);
         UkiSettings edited;
@@ -151,7 +138,7 @@ void tst_SafeWrite::write()
     QSignalSpy finished(m_window->findChild<SafeWrite *>(), &SafeWrite::finished);
     const int mark = m_sim->receivedCommands().size();
     MessageCapture log;
-    click(button);
+    button->click();
     if (!field[2].isEmpty()) {
         QVERIFY(QTest::qWaitFor(
                 [&] { return m_sim->receivedCommands().mid(mark).contains(field[2]); }, 15000));
