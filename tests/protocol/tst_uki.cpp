@@ -238,7 +238,6 @@ void tst_Uki::program()
         const auto s = m_uki->statistics(number(1), number(2), number(3));
         QVERIFY(s);
         QCOMPARE(s->points.size(), expectedWire.size());
-        QCOMPARE(s->points.value(3).value3, 999.9); // the device reports more from block 3 on
     }
     QString blocks;
     for (const QStringList *l : {&m_uki->getCfgLines(),
@@ -360,7 +359,6 @@ void tst_Uki::cannedReply_data()
     QTest::addColumn<QString>("reply"); // a block as its line count, first and last line
     // clang-format off
     QTest::newRow("monitor channel 0, first row") << "srch_stats_1_0_0_0" << "0.21018\t-0.2733\t220";
-    QTest::newRow("monitor channel 0, fourth row") << "srch_stats_1_0_0_3" << "0.20899\t-0.27377\t219";
     QTest::newRow("monitor channel 0, last row") << "srch_stats_1_0_0_15" << "0.20945\t-0.27374\t220";
     QTest::newRow("monitor channel 2 adds 6 to the other table") << "srch_stats_1_0_2_3" << "0.20899\t-0.27377\t44";
     QTest::newRow("locator 5, first row") << "srch_stats_1_5_0_0" << "0.20669\t-0.37097\t177";
