@@ -20,13 +20,7 @@ private slots:
         m_testHandler = qInstallMessageHandler(nullptr);
         Log::install([this] { return m_folder; });
     }
-    void cleanup()
-    {
-        qInstallMessageHandler(m_testHandler);
-        Log::setClock({});
-        QDir(m_dir.path()).removeRecursively();
-        QDir().mkpath(m_dir.path());
-    }
+    void cleanup() { qInstallMessageHandler(m_testHandler); }
     void entries_data();
     void entries();
     void midnightAndUnwritableFolder();
