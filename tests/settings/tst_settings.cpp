@@ -106,7 +106,6 @@ class tst_Settings : public QObject
 private slots:
     void everyKey_data();
     void everyKey();
-    void text_data();
     void text();
     void parse_data();
     void parse();
@@ -157,28 +156,19 @@ void tst_Settings::everyKey()
     QCOMPARE(parsed.lines, wanted);
 }
 
-void tst_Settings::text_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QStringList>("lines");
-    QTest::newRow("uki defaults") << "uki" << defaultsWith("uki", {});
-    QTest::newRow("ukps defaults") << "ukps" << defaultsWith("ukps", {});
-    QTest::newRow("uki every key changed") << "uki" << nonDefaultLines("uki");
-    QTest::newRow("ukps every key changed") << "ukps" << nonDefaultLines("ukps");
-}
-
-// The text and the write program of a record.
+// The text and the write program of a record with every key changed.
 void tst_Settings::text()
 {
-    QFETCH(QString, type);
-    QFETCH(QStringList, lines);
-    const Parsed parsed = parseAs(type, lines, {});
-    QCOMPARE(parsed.lines, lines);
-    QStringList commands;
-    for (const QString &line : lines)
-        commands << "set_cfg_" + QString(line).replace('\t', '_');
-    commands << "set_cfg_save_1";
-    QCOMPARE(parsed.commands, commands);
+    for (const QString type : {"uki", "ukps"}) {
+        const QStringList lines = nonDefaultLines(type);
+        const Parsed parsed = parseAs(type, lines, {});
+        QCOMPARE(parsed.lines, lines);
+        QStringList commands;
+        for (const QString &line : lines)
+            commands << "set_cfg_" + QString(line).replace('\t', '_');
+        commands << "set_cfg_save_1";
+        QCOMPARE(parsed.commands, commands);
+    }
 }
 
 void tst_Settings::parse_data()
