@@ -160,7 +160,6 @@ void tst_Stats::table_data()
     QTest::addColumn<QString>("row");
     // row column text (none: no edit) | row shown after the device's tables and the edit
     for (const char *row : {"0 -1|УКИ : 1|OFF*||",
-                            "15 -1|УКИ : 16|OFF*||",
                             "31 -1|Лок 5 : 16|150*|10*|45*",
                             "1 3 12|УКИ : 2|200*|10*|45*",
                             "1 3 17|УКИ : 2|200*|15*|45*|save",
