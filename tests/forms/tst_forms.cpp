@@ -1,12 +1,6 @@
-#include "models/valuecomparison.h"
-#include "protocol/safewrite.h"
-#include "protocol/uki.h"
 #include "settings/ukiconfigeditor.h"
 #include "settings/ukpsconfigeditor.h"
-#include "stats/statgraphwidget.h"
 #include "support.h"
-#include "ui/aboutdialog.h"
-#include "ui/comparedialog.h"
 #include "ui/configdialog.h"
 #include "ui/mainwindow.h"
 
@@ -41,8 +35,6 @@ private slots:
 
 private:
     TestSupport::ScratchInstall m_install;
-    Uki m_uki;
-    SafeWrite m_writer{&m_uki};
 };
 
 void tst_Forms::forms_data()
@@ -50,13 +42,8 @@ void tst_Forms::forms_data()
     QTest::addColumn<Factory>("factory");
     QTest::newRow("UkiConfigEditor") << Factory([] { return new UkiConfigEditor; });
     QTest::newRow("UkpsConfigEditor") << Factory([] { return new UkpsConfigEditor; });
-    QTest::newRow("StatGraphWidget")
-            << Factory([this] { return new StatGraphWidget(&m_uki, &m_writer); });
     QTest::newRow("MainWindow") << Factory([] { return new MainWindow; });
     QTest::newRow("ConfigDialog") << Factory([] { return new ConfigDialog; });
-    QTest::newRow("CompareDialog")
-            << Factory([] { return new CompareDialog(new ValueComparison, "f.csv"); });
-    QTest::newRow("AboutDialog") << Factory([] { return new AboutDialog; });
 }
 
 // Every field has its label, every spin box a real range, every list items.
