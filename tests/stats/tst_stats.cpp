@@ -33,13 +33,7 @@ std::shared_ptr<CustomChannels> someChannels()
 // The page with its engine and writer, and what a row shows.
 struct Page
 {
-    Page()
-        : page(&uki, &writer)
-    {
-        writer.setBackupRoot(backups.path());
-        table = page.findChild<QTableWidget *>("tableChannels");
-        dump = page.findChild<QTableWidget *>("tableDump");
-    }
+    Page() { writer.setBackupRoot(backups.path()); }
     // Label, RLoc, lower, upper; "*" after a cell that can be edited; then "save" when the row's
     // save button is enabled.
     QString row(int row) const
@@ -65,9 +59,9 @@ struct Page
     QTemporaryDir backups;
     Uki uki;
     SafeWrite writer{&uki};
-    StatGraphWidget page;
-    QTableWidget *table = nullptr;
-    QTableWidget *dump = nullptr;
+    StatGraphWidget page{&uki, &writer};
+    QTableWidget *table = page.findChild<QTableWidget *>("tableChannels");
+    QTableWidget *dump = page.findChild<QTableWidget *>("tableDump");
 };
 
 // Runs a device request until the engine reports success: a loaded machine can stall the
