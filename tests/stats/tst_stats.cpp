@@ -7,7 +7,6 @@
 #include "stats/statscale.h"
 #include "support.h"
 
-#include <QAbstractItemModelTester>
 #include <QtTest>
 
 namespace {
@@ -175,8 +174,6 @@ void tst_Stats::table()
     const QStringList in = row.section('|', 0, 0).split(' ');
     const int index = in[0].toInt();
     Page page;
-    QAbstractItemModelTester tester(page.table->model(),
-                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
     page.page.showChannels(twoDevices(), someChannels());
     if (in[1] != "-1")
         page.table->item(index, in[1].toInt())->setText(QStringList(in.mid(2)).join(' '));
@@ -239,8 +236,6 @@ void tst_Stats::device()
     QVERIFY(QTest::qWaitForWindowExposed(&page.page));
     QCOMPARE(page.row(0), QString("УКИ : 1|101*|0*|45*"));
     QCOMPARE(page.row(63), QString("Лок 5 : 16|166*|25*|70*"));
-    QAbstractItemModelTester tester(page.dump->model(),
-                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
 
     // A tick reads the channel at level 1 when the store has nothing for it.
     QSignalSpy stats(&page.uki, &Uki::statsReadDone);
