@@ -5,7 +5,7 @@
 #include <QtTest>
 
 // Start-up of the application: folder layout, translation choice, the program settings in
-// config.json, and the built program's first log entries.
+// config.json.
 class tst_Startup : public QObject
 {
     Q_OBJECT
@@ -18,7 +18,6 @@ private slots:
     void settings_data();
     void settings();
     void variantNames();
-    void programFirstLogEntries();
 };
 
 void tst_Startup::initTestCase()
@@ -48,7 +47,6 @@ void tst_Startup::folders()
                                  : TestSupport::writeFile(exe.filePath(beside), "x"));
     const Application::Folders folders = Application::chooseFolders(exe.path());
     const QString user = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-    QVERIFY(user.endsWith("/Marvolet/KIRANTO-Link"));
     const QString root = portable ? exe.path() : user;
     const QString config = portable ? root + "/config"
                                     : QStandardPaths::writableLocation(
@@ -132,32 +130,6 @@ void tst_Startup::variantNames()
                           "2|ukps-ks-2|УКПС КИРАНТО-КС-2|1",
                           "3|uki-kiranto|УКИ КИРАНТО|1",
                           "4||Неизвестное устройство|0"}));
-}
-
-// The built program in the portable layout: the first three log entries, nothing per-user.
-void tst_Startup::programFirstLogEntries()
-{
-    QTemporaryDir scratch;
-    const QDir dir(scratch.path());
-    QVERIFY(QFile::copy(TestSupport::binaryPath("KIRANTO_LINK"), dir.filePath("kiranto-link")));
-    QVERIFY(dir.mkdir("config") && dir.mkdir("home"));
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("HOME", dir.filePath("home"));
-    QProcess process;
-    process.setProcessEnvironment(env);
-    process.setWorkingDirectory(dir.filePath("home"));
-    process.start(dir.filePath("kiranto-link"), {});
-    QVERIFY(process.waitForStarted(10000));
-    const QString log = dir.filePath("logs/KIRANTO-Link-"
-                                     + QDate::currentDate().toString(Qt::ISODate) + ".log");
-    QVERIFY(QTest::qWaitFor([&] { return TestSupport::readFile(log).count('\n') >= 3; }, 30000));
-    QCOMPARE(process.state(), QProcess::Running); // the process is killed with its object
-    const QString entries = QString::fromUtf8(TestSupport::readFile(log)).section('\n', 0, 2);
-    QCOMPARE(QString(entries).remove(QRegularExpression(R"(\d\d:\d\d:\d\d:\d\d\d - )")),
-             "[INFO]: ------- Starting log -------\n[INFO]: Loading english translation. true\n"
-             "[INFO]: KIRANTO-Link , version  1.00");
-    QVERIFY(!QDir(dir.filePath("home")).exists(".config/Marvolet"));
-    QVERIFY(!QDir(dir.filePath("home")).exists(".local/share/Marvolet"));
 }
 
 QTEST_MAIN(tst_Startup)

@@ -79,12 +79,9 @@ void tst_CsvFiles::fileBytes_data()
     const QByteArray s = "AddrUki\t5\r\nOK";
     const QByteArray v = "\r\n--------------------\r\nUKI\t9.6.43\r\nOK";
     QTest::newRow("archive page uki") << F::archiveFile(3, dump.join('\n')) << uki + d;
-    QTest::newRow("archive save-all") << F::saveAllArchive(dump) << d;
     QTest::newRow("settings page ukps-ks-2") << F::settingsFile(2, settings, versions) << ukps2 + s + v;
     QTest::newRow("settings page ukps-ks") << F::settingsFile(0, settings, versions) << ukps + s;
     QTest::newRow("settings page uki, no versions") << F::settingsFile(3, settings, {}) << uki + s;
-    QTest::newRow("settings save-all uki") << F::saveAllConfig(3, settings, versions) << s + v;
-    QTest::newRow("settings save-all ukps") << F::saveAllConfig(0, settings, versions) << s;
     QTest::newRow("corrections") << F::correctionsFile(CtCorrections(
             corrections)) << QByteArray("address\tchannel\tgain*100\t phase*10\r\n1\t3\t100\t-25");
     QTest::newRow("custom") << F::customChannelsFile(CustomChannels(

@@ -1,14 +1,12 @@
 #include "models/customchannels.h"
 #include "models/locators.h"
 #include "protocol/safewrite.h"
-#include "protocol/searchstatistics.h"
 #include "protocol/uki.h"
 #include "stats/statgraph.h"
 #include "stats/statgraphwidget.h"
 #include "stats/statscale.h"
 #include "support.h"
 
-#include <QAbstractItemModelTester>
 #include <QtTest>
 
 namespace {
@@ -34,13 +32,7 @@ std::shared_ptr<CustomChannels> someChannels()
 // The page with its engine and writer, and what a row shows.
 struct Page
 {
-    Page()
-        : page(&uki, &writer)
-    {
-        writer.setBackupRoot(backups.path());
-        table = page.findChild<QTableWidget *>("tableChannels");
-        dump = page.findChild<QTableWidget *>("tableDump");
-    }
+    Page() { writer.setBackupRoot(backups.path()); }
     // Label, RLoc, lower, upper; "*" after a cell that can be edited; then "save" when the row's
     // save button is enabled.
     QString row(int row) const
@@ -66,9 +58,9 @@ struct Page
     QTemporaryDir backups;
     Uki uki;
     SafeWrite writer{&uki};
-    StatGraphWidget page;
-    QTableWidget *table = nullptr;
-    QTableWidget *dump = nullptr;
+    StatGraphWidget page{&uki, &writer};
+    QTableWidget *table = page.findChild<QTableWidget *>("tableChannels");
+    QTableWidget *dump = page.findChild<QTableWidget *>("tableDump");
 };
 
 // Runs a device request until the engine reports success: a loaded machine can stall the
@@ -161,8 +153,6 @@ void tst_Stats::table_data()
     QTest::addColumn<QString>("row");
     // row column text (none: no edit) | row shown after the device's tables and the edit
     for (const char *row : {"0 -1|УКИ : 1|OFF*||",
-                            "1 -1|УКИ : 2|200*|10*|45*",
-                            "15 -1|УКИ : 16|OFF*||",
                             "31 -1|Лок 5 : 16|150*|10*|45*",
                             "1 3 12|УКИ : 2|200*|10*|45*",
                             "1 3 17|УКИ : 2|200*|15*|45*|save",
@@ -184,10 +174,7 @@ void tst_Stats::table()
     const QStringList in = row.section('|', 0, 0).split(' ');
     const int index = in[0].toInt();
     Page page;
-    QAbstractItemModelTester tester(page.table->model(),
-                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
     page.page.showChannels(twoDevices(), someChannels());
-    QCOMPARE(page.table->rowCount(), 32);
     if (in[1] != "-1")
         page.table->item(index, in[1].toInt())->setText(QStringList(in.mid(2)).join(' '));
     QCOMPARE(page.row(index), row.section('|', 1));
@@ -247,55 +234,33 @@ void tst_Stats::device()
     page.page.updateChannels();
     page.page.show();
     QVERIFY(QTest::qWaitForWindowExposed(&page.page));
-    QCOMPARE(page.table->rowCount(), 64);
     QCOMPARE(page.row(0), QString("УКИ : 1|101*|0*|45*"));
     QCOMPARE(page.row(63), QString("Лок 5 : 16|166*|25*|70*"));
-    QAbstractItemModelTester tester(page.dump->model(),
-                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
 
     // A tick reads the channel at level 1 when the store has nothing for it.
     QSignalSpy stats(&page.uki, &Uki::statsReadDone);
-    int mark = simulator.receivedCommands().size();
     QVERIFY(retry(stats, [&] {
-        mark = simulator.receivedCommands().size();
         if (page.checkBox(0)->isChecked())
             page.button(0, "refreshButton")->click();
         else
             page.checkBox(0)->setChecked(true);
     }));
     QCOMPARE(stats.last(), (QList<QVariant>{true, 0u, 0u, 1u}));
-    QStringList wanted;
-    for (int i = 0; i < 16; ++i)
-        wanted << QString("srch_stats_1_0_0_%1").arg(i);
-    QCOMPARE(simulator.receivedCommands().mid(mark), wanted);
-    const std::shared_ptr<SearchStatistics> record = page.uki.statistics(0, 0, 1);
-    QVERIFY(record && record->points.size() == 16);
     QTRY_COMPARE(page.page.graph()->scale().upper(), 1010);
     QCOMPARE(page.dump->rowCount(), 16);
     QCOMPARE(TestSupport::modelRows(page.dump->model()).mid(2, 2),
              QStringList({"     0.20369|    -0.27217|   235.30000",
                           "     0.21165|    -0.28165|   999.90000"}));
 
-    // One channel written by its own button, then the rest by "write all".
+    // Edited channels written by "write all".
     QSignalSpy written(&page.uki, &Uki::configWriteDone);
-    page.table->item(1, 2)->setText("300");
-    page.table->item(1, 3)->setText("10");
-    page.table->item(1, 4)->setText("42");
-    QVERIFY(retry(written, [&] {
-        mark = simulator.receivedCommands().size();
-        page.button(1, "saveButton")->click();
-    }));
-    QCOMPARE(simulator.receivedCommands().mid(mark).filter("set_"),
-             QStringList{"set_cust_0_2_10_40_300"});
-    QCOMPARE(page.row(1), QString("УКИ : 2|300*|10*|40*"));
     page.table->item(0, 4)->setText("50");
     page.table->item(63, 2)->setText("0");
     QTest::ignoreMessage(QtInfoMsg, "Запись канала: Адрес: 0; Канал: 1;");
     QTest::ignoreMessage(QtInfoMsg, "Запись канала: Адрес: 5; Канал: 16;");
-    mark = simulator.receivedCommands().size();
-    const int before = written.count();
+    const int mark = simulator.receivedCommands().size();
     page.page.findChild<QToolButton *>("tbWriteAllChannels")->click();
-    QTRY_COMPARE_WITH_TIMEOUT(written.count(), before + 2, kRunMs);
+    QTRY_COMPARE_WITH_TIMEOUT(written.count(), 2, kRunMs);
     QCOMPARE(simulator.receivedCommands().mid(mark).filter("set_"),
              (QStringList{"set_cust_0_1_0_50_101", "set_cust_5_16_25_70_0"}));
     QCOMPARE(written.last().at(0).toBool(), true);
