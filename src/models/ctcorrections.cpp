@@ -7,7 +7,7 @@
 
 namespace {
 
-const char header[] = "address\tchannel\tgain*100\t phase*10";
+const char correctionsHeader[] = "address\tchannel\tgain*100\t phase*10";
 
 bool parseLine(const QString &line, CtCorrection &row)
 {
@@ -144,7 +144,7 @@ QStringList CtCorrections::toText() const
 {
     QStringList lines;
     lines.reserve(m_rows.size() + 1);
-    lines.append(QLatin1String(header));
+    lines.append(QLatin1String(correctionsHeader));
     for (const CtCorrection &row : m_rows) {
         lines.append(QStringLiteral("%1\t%2\t%3\t%4")
                              .arg(row.address)

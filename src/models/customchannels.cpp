@@ -2,7 +2,7 @@
 
 namespace {
 
-const char header[] = "address\tchannel\tr_loc\tlower\tupper";
+const char customHeader[] = "address\tchannel\tr_loc\tlower\tupper";
 // Bounds travel in units and are kept in steps of this size.
 const uint boundStep = 5;
 const uint maximumBound = 79;
@@ -111,7 +111,7 @@ QStringList CustomChannels::toText() const
 {
     QStringList lines;
     lines.reserve(m_channels.size() + 1);
-    lines.append(QLatin1String(header));
+    lines.append(QLatin1String(customHeader));
     for (const CustomChannel &row : m_channels) {
         if (!row.enabled) {
             lines.append(QStringLiteral("%1\t%2\tOFF").arg(row.address).arg(row.channel + 1));

@@ -6,7 +6,7 @@
 
 namespace {
 
-const char header[] = "Addr\tver\tEnabled\tTested";
+const char locatorsHeader[] = "Addr\tver\tEnabled\tTested";
 // Monitors with an older firmware report a list this table cannot use.
 const uint minimumMonitorVersion = 8;
 
@@ -27,7 +27,7 @@ Locators::Locators(const QStringList &lines, QObject *parent)
 
 void Locators::parseLine(const QString &line)
 {
-    if (line.startsWith(QLatin1String(header)))
+    if (line.startsWith(QLatin1String(locatorsHeader)))
         return;
     const QStringList fields = line.trimmed().split(QLatin1Char('\t'));
     if (fields.size() != 6) {

@@ -18,7 +18,7 @@ struct UkiField
 
 // In the order of UkiSettings::Field: key, accepted minimum and maximum, default, JSON fall-back.
 // clang-format off
-constexpr UkiField fields[] = {
+constexpr UkiField ukiFields[] = {
     {"AddrUki",      0,         31,   0,   0},
     {"NumUki",       0,         32,   1,   1},
     {"RisoM3s1",     1,        999,  40,  40},
@@ -44,14 +44,17 @@ constexpr UkiField fields[] = {
     {"ModeInput",    0,          2,   0,  50},
 };
 // clang-format on
-static_assert(std::size(fields) == UkiSettings::FieldCount, "one row per field");
+static_assert(std::size(ukiFields) == UkiSettings::FieldCount, "one row per field");
 
-const QVector<SettingsText::Field> &textFields()
+const QVector<SettingsText::Field> &ukiTextFields()
 {
     static const QVector<SettingsText::Field> text = [] {
         QVector<SettingsText::Field> result;
         for (int i = 0; i < UkiSettings::FieldCount; ++i)
-            result.append({QLatin1String(fields[i].key), fields[i].minimum, fields[i].maximum, i});
+            result.append({QLatin1String(ukiFields[i].key),
+                           ukiFields[i].minimum,
+                           ukiFields[i].maximum,
+                           i});
         return result;
     }();
     return text;
@@ -61,45 +64,45 @@ const QVector<SettingsText::Field> &textFields()
 
 QLatin1String UkiSettings::key(Field field)
 {
-    return QLatin1String(fields[field].key);
+    return QLatin1String(ukiFields[field].key);
 }
 
 qint32 UkiSettings::minimum(Field field)
 {
-    return fields[field].minimum;
+    return ukiFields[field].minimum;
 }
 
 qint32 UkiSettings::maximum(Field field)
 {
-    return fields[field].maximum;
+    return ukiFields[field].maximum;
 }
 
 qint32 UkiSettings::defaultValue(Field field)
 {
-    return fields[field].defaultValue;
+    return ukiFields[field].defaultValue;
 }
 
 void UkiSettings::fromLines(const QStringList &lines)
 {
     SettingsText::parseLines(
-            lines, textFields(), m_values.data(), QLatin1String("Bad string uki: \""), false);
+            lines, ukiTextFields(), m_values.data(), QLatin1String("Bad string uki: \""), false);
 }
 
 QStringList UkiSettings::toLines() const
 {
-    return SettingsText::renderLines(textFields(), m_values.data());
+    return SettingsText::renderLines(ukiTextFields(), m_values.data());
 }
 
 QStringList UkiSettings::writeCommands() const
 {
-    return SettingsText::writeCommands(textFields(), m_values.data());
+    return SettingsText::writeCommands(ukiTextFields(), m_values.data());
 }
 
 QJsonObject UkiSettings::toJson() const
 {
     QJsonObject object;
     for (int i = 0; i < FieldCount; ++i)
-        object.insert(QLatin1String(fields[i].key), m_values[i]);
+        object.insert(QLatin1String(ukiFields[i].key), m_values[i]);
     return object;
 }
 
@@ -107,8 +110,8 @@ UkiSettings UkiSettings::fromJson(const QJsonObject &object)
 {
     UkiSettings settings;
     for (int i = 0; i < FieldCount; ++i)
-        settings.m_values[i] = object.value(QLatin1String(fields[i].key))
-                                       .toInt(fields[i].jsonFallback);
+        settings.m_values[i] = object.value(QLatin1String(ukiFields[i].key))
+                                       .toInt(ukiFields[i].jsonFallback);
     return settings;
 }
 
@@ -116,6 +119,6 @@ UkiSettings::Values UkiSettings::defaultValues()
 {
     Values values{};
     for (int i = 0; i < FieldCount; ++i)
-        values[i] = fields[i].defaultValue;
+        values[i] = ukiFields[i].defaultValue;
     return values;
 }

@@ -21,7 +21,7 @@ struct UkpsField
 
 // In the order of UkpsSettings::Field: key, text position, accepted minimum and maximum, default.
 // clang-format off
-constexpr UkpsField fields[] = {
+constexpr UkpsField ukpsFields[] = {
     {"AddrUki",     1,       0,       31,          0},
     {"NumUki",      2,       0,       32,          1},
     {"RisoM3s1",    3,       1,      999,         40},
@@ -90,23 +90,26 @@ constexpr UkpsField fields[] = {
     {"Urbrk",      63,       0,    30000,          0},
 };
 // clang-format on
-static_assert(std::size(fields) == UkpsSettings::FieldCount, "one row per field");
+static_assert(std::size(ukpsFields) == UkpsSettings::FieldCount, "one row per field");
 
 // The keyed fields in text order.
-const QVector<SettingsText::Field> &textFields()
+const QVector<SettingsText::Field> &ukpsTextFields()
 {
     static const QVector<SettingsText::Field> text = [] {
         QVector<int> order;
         for (int i = 0; i < UkpsSettings::FieldCount; ++i) {
-            if (fields[i].key)
+            if (ukpsFields[i].key)
                 order.append(i);
         }
         std::sort(order.begin(), order.end(), [](int a, int b) {
-            return fields[a].textPosition < fields[b].textPosition;
+            return ukpsFields[a].textPosition < ukpsFields[b].textPosition;
         });
         QVector<SettingsText::Field> result;
         for (int i : order)
-            result.append({QLatin1String(fields[i].key), fields[i].minimum, fields[i].maximum, i});
+            result.append({QLatin1String(ukpsFields[i].key),
+                           ukpsFields[i].minimum,
+                           ukpsFields[i].maximum,
+                           i});
         return result;
     }();
     return text;
@@ -116,45 +119,48 @@ const QVector<SettingsText::Field> &textFields()
 
 QLatin1String UkpsSettings::key(Field field)
 {
-    return QLatin1String(fields[field].key);
+    return QLatin1String(ukpsFields[field].key);
 }
 
 qint32 UkpsSettings::minimum(Field field)
 {
-    return fields[field].minimum;
+    return ukpsFields[field].minimum;
 }
 
 qint32 UkpsSettings::maximum(Field field)
 {
-    return fields[field].maximum;
+    return ukpsFields[field].maximum;
 }
 
 qint32 UkpsSettings::defaultValue(Field field)
 {
-    return fields[field].defaultValue;
+    return ukpsFields[field].defaultValue;
 }
 
 bool UkpsSettings::fromLines(const QStringList &lines)
 {
-    return SettingsText::parseLines(
-                   lines, textFields(), m_values.data(), QLatin1String("Bad string ukps: \""), true)
+    return SettingsText::parseLines(lines,
+                                    ukpsTextFields(),
+                                    m_values.data(),
+                                    QLatin1String("Bad string ukps: \""),
+                                    true)
            > 0;
 }
 
 QStringList UkpsSettings::toLines() const
 {
-    return SettingsText::renderLines(textFields(), m_values.data());
+    return SettingsText::renderLines(ukpsTextFields(), m_values.data());
 }
 
 QStringList UkpsSettings::writeCommands() const
 {
-    return SettingsText::writeCommands(textFields(), m_values.data());
+    return SettingsText::writeCommands(ukpsTextFields(), m_values.data());
 }
 
 UkpsSettings::Values UkpsSettings::defaultValues()
 {
     Values values{};
     for (int i = 0; i < FieldCount; ++i)
-        values[i] = fields[i].defaultValue;
+        values[i] = ukpsFields[i].defaultValue;
     return values;
 }
