@@ -104,7 +104,7 @@ timed "build: packages, configure, build" scripts/setup.sh build
 timed "build-asan: configure, build" scripts/setup.sh build-asan -DKIRANTO_SANITIZE=ON \
     -DKIRANTO_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=Check
 timed "build-asan: ctest (ASan, LSan, UBSan)" asan_ctest
-timed "build-tsan: configure, build, ctest" scripts/tsan.sh tst_seriallink tst_uki
+timed "build-tsan: build, ctest (link, engine)" scripts/tsan.sh tst_seriallink tst_uki
 beside_the_soak >"$beside" 2>&1 &
 timed "build-tsan: ctest (soak at 2,000)" scripts/tsan.sh tst_soak
 wait
