@@ -60,7 +60,6 @@ void tst_Translation::everyMessage()
     QFETCH(QString, translation);
     QFETCH(QString, type);
     QCOMPARE(type, QString());
-    QVERIFY(!translation.isEmpty());
     static const QRegularExpression fixed(QStringLiteral(
             R"(%%[A-Z]+%%|%L?[0-9]+|%[vm]\b|\[\[(?:OK|ERR|WARN|INFO)\]\]|\n|<[^<>]+>)"));
     const auto parts = [](const QString &text) {

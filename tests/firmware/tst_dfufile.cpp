@@ -27,11 +27,6 @@ DfuFile twoChunkFile()
     return file;
 }
 
-QStringList entries(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(DfuFile)
@@ -184,7 +179,7 @@ void tst_DfuFile::failedWrite()
     QVERIFY(!written);
     QVERIFY2(error.startsWith("Не удалось записать файл " + path + ": ") && !error.endsWith(": ."),
              qPrintable(error));
-    QCOMPARE(entries(dir.path()), QStringList{"fw.dfu"});
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"fw.dfu"});
     QCOMPARE(readFile(path), old);
 }
 
@@ -195,7 +190,7 @@ void tst_DfuFile::selfTest()
     QVERIFY(TestSupport::writeFile(dir.filePath("test.dfu"), "stale contents of an older run"));
     QString error;
     QVERIFY2(DfuSelfTest::run(dir.path(), &error), qPrintable(error));
-    QCOMPARE(entries(dir.path()), QStringList{"test.dfu"});
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"test.dfu"});
     DfuFile read;
     QVERIFY(DfuFile::read(dir.filePath("test.dfu"), &read) && read == DfuSelfTest::sample());
     QVERIFY(!DfuSelfTest::run(dir.filePath("absent"), &error));

@@ -126,7 +126,7 @@ QString tst_Uki::trace() const
 void tst_Uki::program_data()
 {
     // variant; request; fault; wire ("x*N": x0 .. xN-1); trace ('*': the rest may vary);
-    // blocks (lines, first field, last line of each list; version; rows); read-back "flags:line".
+    // blocks (lines, first field, last line of each list; version; rows).
     // Requests: "read flags", "stats address channel level Tcust", "cust address channel low high
     // rloc", "write command...", "corr row:g|p:value..." (changes to the device's corrections).
     QTest::addColumn<QString>("row");
@@ -134,29 +134,28 @@ void tst_Uki::program_data()
         QTest::newRow(name) << text;
     };
     // clang-format off
-    row("uki-kiranto, every block, fixed order", "uki-kiranto;read 31;;get_cfg cfg get_cust corr dump;start|Порт #: открыт.|Результаты:|_locators_|word[0] = UKI : word[1] = 9.6.43|word[0] = 1 : word[1] = 5.1.4|word[0] = 2 : word[1] = 5.1.4|word[0] = 5 : word[1] = 5.2.0|Порт #: закрыт.|done:1|read:1:31;24:AddrUki…OK|6:Addr…OK|66:address…OK|66:address…OK|22:Item…OK|9.6.43|4 locators|64 channels;");
-    row("statistics, level 0: eight blocks", "uki-kiranto;stats 0 3 0 10;;srch_stats_0_0_3_*8;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|stats:1:0:3:0;;");
-    row("statistics, locator, Tcust 10: 25 blocks", "uki-kiranto;stats 5 2 1 10;;srch_stats_1_5_2_*25;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|stats:1:5:2:1;;");
-    row("statistics read again: the new record replaces", "uki-kiranto;stats 5 2 1 4;;srch_stats_1_5_2_*10;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|stats:1:5:2:1;;");
-    row("statistics, locator, Tcust 0: the cap of 80", "uki-kiranto;stats 1 0 1 0;;srch_stats_1_1_0_*80;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|stats:1:1:0:1;;");
-    row("statistics, monitor, Tcust 10: the cap of 16", "uki-kiranto;stats 0 2 1 10;;srch_stats_1_0_2_*16;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|stats:1:0:2:1;;");
-    row("settings written and saved, negative value", "uki-kiranto;write set_cfg_Uminus_-10 set_cfg_save_1;;set_cfg_Uminus_-10 set_cfg_save_1;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|write:1;;1:Uminus\t-10");
-    row("a setting not saved stays pending", "uki-kiranto;write set_cfg_Bright_321;;set_cfg_Bright_321;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|write:1;;1:Bright\t700");
-    row("custom channel switched on", "uki-kiranto;cust 1 2 10 40 250;;set_cust_1_2_10_40_250;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|write:1;;8:1\t2\t250\t10\t40");
-    row("custom channel switched off", "uki-kiranto;cust 0 1 0 0 0;;set_cust_0_1_0_0_0;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|write:1;;8:0\t1\tOFF");
-    row("corrections unchanged: an empty program fails", "uki-kiranto;corr;;;start|Порт #: открыт.|Порт #: закрыт.|done:0|write:0;;");
-    row("corrections: changed rows only, phase as unsigned 16 bits", "uki-kiranto;corr 0:g:1.25 17:p:-2.5 40:p:12.3;;set_corr_0_1_125_65535 set_corr_1_2_101_65511 set_corr_2_9_99_123;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|write:1;;16:1\t2\t101\t-25");
-    row("no reply to corr", "uki-kiranto;read 31;silence:corr;get_cfg cfg get_cust corr;start|Порт #: открыт.|Нет ответа на команду corr|Порт #: закрыт.|done:0|read:0:31;24:AddrUki…OK|6:Addr…OK|66:address…OK|0:…|0:…|9.6.43|4 locators|64 channels;");
-    row("get_cust refused", "uki-kiranto;read 31;reject:get_cust;get_cfg cfg get_cust;start|Порт #: открыт.|Ошибка при выполнении команды get_cust|Порт #: закрыт.|done:0|read:0:31;24:AddrUki…OK|6:Addr…OK|0:…|0:…|0:…|9.6.43|4 locators|64 channels;");
-    row("statistics block 3 unanswered: the key of the last success", "uki-kiranto;stats 5 2 1 10;silence:srch_stats_1_5_2_3;srch_stats_1_5_2_*4;start|Порт #: открыт.|Нет ответа на команду srch_stats_1_5_2_3|Порт #: закрыт.|done:0|stats:0:0:2:1;;");
-    row("unknown setting refused", "uki-kiranto;write set_cfg_Bright_500 set_cfg_Bogus_1 set_cfg_save_1;;set_cfg_Bright_500 set_cfg_Bogus_1;start|Порт #: открыт.|Ошибка при выполнении команды set_cfg_Bogus_1|Порт #: закрыт.|done:0|write:0;;");
-    row("reply cut by a gap: the rest lands in the next reply", "uki-kiranto;read 9;gap:get_cfg;get_cfg get_cust;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|read:1:9;12:AddrUki…Uminus\t-10|6:Addr…OK|78:MbAddr…OK|0:…|0:…|9.6.43|4 locators|64 channels;");
-    row("noise is a reply", "uki-kiranto;read 1;garbage:get_cfg;get_cfg;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|read:1:1;;");
-    row("an answer after 80 ms is no answer", "uki-kiranto;read 3;slow:cfg;get_cfg cfg;start|Порт #: открыт.|Нет ответа на команду cfg|Порт #: закрыт.|done:0|read:0:3;24:AddrUki…OK|0:…|*|9.6.43|4 locators|64 channels;");
-    row("after a late answer the next run reads the versions list whole", "uki-kiranto;read 3;;get_cfg cfg;start|Порт #: открыт.*|Результаты:|_locators_|word[0] = UKI : word[1] = 9.6.43|word[0] = 1 : word[1] = 5.1.4|word[0] = 2 : word[1] = 5.1.4|word[0] = 5 : word[1] = 5.2.0|Порт #: закрыт.|done:1|read:1:3;*|6:Addr…OK|*|9.6.43|4 locators|64 channels;");
-    row("line hung up in cfg: the port is gone by name", "uki-kiranto;read 31;hangup:cfg;get_cfg cfg;start|Порт #: открыт.|Порт # отключён.|Порт #: закрыт.|done:0|read:0:31;24:AddrUki…OK|0:…|0:…|0:…|0:…|9.6.43|4 locators|64 channels;");
-    row("no such port", ";read 31;;;start|Порт #/../ttyMissing: Ошибка: Ошибка открытия порта #/../ttyMissing : *|Порт #/../ttyMissing: закрыт.|done:0|read:0:31;;");
-    row("ukps-ks-2, every block", "ukps-ks-2;read 31;;get_cfg cfg get_cust corr dump;start|Порт #: открыт.|Результаты:|_locators_|word[0] = UKI : word[1] = 5.0.12|word[0] = 2 : word[1] = 2.3.7|word[0] = 3 : word[1] = 2.3.7|word[0] = 7 : word[1] = 2.4.1|Порт #: закрыт.|done:1|read:1:31;64:AddrUki…OK|6:Addr…OK|66:address…OK|66:address…OK|22:Item…OK|5.0.12|3 locators|64 channels;");
+    row("uki-kiranto, every block, fixed order", "uki-kiranto;read 31;;get_cfg cfg get_cust corr dump;start|Порт #: открыт.|Результаты:|_locators_|word[0] = UKI : word[1] = 9.6.43|word[0] = 1 : word[1] = 5.1.4|word[0] = 2 : word[1] = 5.1.4|word[0] = 5 : word[1] = 5.2.0|Порт #: закрыт.|done:1|read:1:31;24:AddrUki…OK|6:Addr…OK|66:address…OK|66:address…OK|22:Item…OK|9.6.43|4 locators|64 channels");
+    row("statistics, level 0: eight blocks", "uki-kiranto;stats 0 3 0 10;;srch_stats_0_0_3_*8;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|stats:1:0:3:0;");
+    row("statistics, locator, Tcust 10: 25 blocks", "uki-kiranto;stats 5 2 1 10;;srch_stats_1_5_2_*25;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|stats:1:5:2:1;");
+    row("statistics read again: the new record replaces", "uki-kiranto;stats 5 2 1 4;;srch_stats_1_5_2_*10;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|stats:1:5:2:1;");
+    row("statistics, locator, Tcust 0: the cap of 80", "uki-kiranto;stats 1 0 1 0;;srch_stats_1_1_0_*80;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|stats:1:1:0:1;");
+    row("statistics, monitor, Tcust 10: the cap of 16", "uki-kiranto;stats 0 2 1 10;;srch_stats_1_0_2_*16;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|stats:1:0:2:1;");
+    row("settings written and saved, negative value", "uki-kiranto;write set_cfg_Uminus_-10 set_cfg_save_1;;set_cfg_Uminus_-10 set_cfg_save_1;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|write:1;");
+    row("custom channel switched on", "uki-kiranto;cust 1 2 10 40 250;;set_cust_1_2_10_40_250;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|write:1;");
+    row("custom channel switched off", "uki-kiranto;cust 0 1 0 0 0;;set_cust_0_1_0_0_0;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|write:1;");
+    row("corrections unchanged: an empty program fails", "uki-kiranto;corr;;;start|Порт #: открыт.|Порт #: закрыт.|done:0|write:0;");
+    row("corrections: changed rows only, phase as unsigned 16 bits", "uki-kiranto;corr 0:g:1.25 17:p:-2.5 40:p:12.3;;set_corr_0_1_125_65535 set_corr_1_2_101_65511 set_corr_2_9_99_123;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|write:1;");
+    row("no reply to corr", "uki-kiranto;read 31;silence:corr;get_cfg cfg get_cust corr;start|Порт #: открыт.|Нет ответа на команду corr|Порт #: закрыт.|done:0|read:0:31;24:AddrUki…OK|6:Addr…OK|66:address…OK|0:…|0:…|9.6.43|4 locators|64 channels");
+    row("get_cust refused", "uki-kiranto;read 31;reject:get_cust;get_cfg cfg get_cust;start|Порт #: открыт.|Ошибка при выполнении команды get_cust|Порт #: закрыт.|done:0|read:0:31;24:AddrUki…OK|6:Addr…OK|0:…|0:…|0:…|9.6.43|4 locators|64 channels");
+    row("statistics block 3 unanswered: the key of the last success", "uki-kiranto;stats 5 2 1 10;silence:srch_stats_1_5_2_3;srch_stats_1_5_2_*4;start|Порт #: открыт.|Нет ответа на команду srch_stats_1_5_2_3|Порт #: закрыт.|done:0|stats:0:0:2:1;");
+    row("unknown setting refused", "uki-kiranto;write set_cfg_Bright_500 set_cfg_Bogus_1 set_cfg_save_1;;set_cfg_Bright_500 set_cfg_Bogus_1;start|Порт #: открыт.|Ошибка при выполнении команды set_cfg_Bogus_1|Порт #: закрыт.|done:0|write:0;");
+    row("reply cut by a gap: the rest lands in the next reply", "uki-kiranto;read 9;gap:get_cfg;get_cfg get_cust;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|read:1:9;12:AddrUki…Uminus\t-10|6:Addr…OK|78:MbAddr…OK|0:…|0:…|9.6.43|4 locators|64 channels");
+    row("noise is a reply", "uki-kiranto;read 1;garbage:get_cfg;get_cfg;start|Порт #: открыт.|Результаты:|Порт #: закрыт.|done:1|read:1:1;");
+    row("an answer after 80 ms is no answer", "uki-kiranto;read 3;slow:cfg;get_cfg cfg;start|Порт #: открыт.|Нет ответа на команду cfg|Порт #: закрыт.|done:0|read:0:3;24:AddrUki…OK|0:…|*|9.6.43|4 locators|64 channels");
+    row("after a late answer the next run reads the versions list whole", "uki-kiranto;read 3;;get_cfg cfg;start|Порт #: открыт.*|Результаты:|_locators_|word[0] = UKI : word[1] = 9.6.43|word[0] = 1 : word[1] = 5.1.4|word[0] = 2 : word[1] = 5.1.4|word[0] = 5 : word[1] = 5.2.0|Порт #: закрыт.|done:1|read:1:3;*|6:Addr…OK|*|9.6.43|4 locators|64 channels");
+    row("line hung up in cfg: the port is gone by name", "uki-kiranto;read 31;hangup:cfg;get_cfg cfg;start|Порт #: открыт.|Порт # отключён.|Порт #: закрыт.|done:0|read:0:31;24:AddrUki…OK|0:…|0:…|0:…|0:…|9.6.43|4 locators|64 channels");
+    row("no such port", ";read 31;;;start|Порт #/../ttyMissing: Ошибка: Ошибка открытия порта #/../ttyMissing : *|Порт #/../ttyMissing: закрыт.|done:0|read:0:31;");
+    row("ukps-ks-2, every block", "ukps-ks-2;read 31;;get_cfg cfg get_cust corr dump;start|Порт #: открыт.|Результаты:|_locators_|word[0] = UKI : word[1] = 5.0.12|word[0] = 2 : word[1] = 2.3.7|word[0] = 3 : word[1] = 2.3.7|word[0] = 7 : word[1] = 2.4.1|Порт #: закрыт.|done:1|read:1:31;64:AddrUki…OK|6:Addr…OK|66:address…OK|66:address…OK|22:Item…OK|5.0.12|3 locators|64 channels");
     // clang-format on
 }
 
@@ -236,8 +235,7 @@ void tst_Uki::program()
     }
     if (words[0] == "stats" && m_events.contains("done:1")) {
         const auto s = m_uki->statistics(number(1), number(2), number(3));
-        QVERIFY(s);
-        QCOMPARE(s->points.size(), expectedWire.size());
+        QCOMPARE(s ? s->points.size() : -1, expectedWire.size());
     }
     QString blocks;
     for (const QStringList *l : {&m_uki->getCfgLines(),
@@ -253,14 +251,6 @@ void tst_Uki::program()
                       .arg(m_uki->locators() ? m_uki->locators()->rowCount() : -1)
                       .arg(m_uki->customChannels() ? m_uki->customChannels()->rowCount() : -1);
     QVERIFY2(f[5].isEmpty() || TestSupport::matches(f[5], blocks), qPrintable(blocks));
-    if (!f[6].isEmpty()) {
-        const uint flags = f[6].section(':', 0, 0).toUInt();
-        QVERIFY(run([&] { return m_uki->readData(flags); }));
-        const QStringList lines = flags == 1   ? m_uki->getCfgLines()
-                                  : flags == 8 ? m_uki->custLines()
-                                               : m_uki->corrLines();
-        QVERIFY2(lines.contains(f[6].section(':', 1)), qPrintable(lines.join('\n')));
-    }
     if (f[2].startsWith("hangup"))
         m_sim->stop();
 }
