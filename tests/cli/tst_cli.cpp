@@ -27,13 +27,6 @@ QStringList rowsOf(const QStringList &block)
     return modelRows(std::make_unique<Model>(block).get());
 }
 
-// A written file's block as the tool reads it back.
-QStringList fileLines(const QString &path, CsvFiles::Kind kind)
-{
-    QStringList lines;
-    return CsvFiles::readLines(path, kind, lines) ? lines : QStringList{"unreadable " + path};
-}
-
 } // namespace
 
 class tst_Cli : public QObject
@@ -167,10 +160,12 @@ void tst_Cli::filesOpenInTheTool()
     for (const QString &file : files) {
         const QString name = folder + '/' + file;
         if (file.endsWith("archive.csv"))
-            QCOMPARE(rowsOf<ArchiveData>(fileLines(name, CsvFiles::Kind::Archive)),
+            QCOMPARE(rowsOf<ArchiveData>(
+                             CsvFiles::decodeLines(readFile(name), CsvFiles::Kind::Archive)),
                      rowsOf<ArchiveData>(uki.dumpLines()));
         else if (file.endsWith("custom.csv"))
-            QCOMPARE(rowsOf<CustomChannels>(fileLines(name, CsvFiles::Kind::Table)),
+            QCOMPARE(rowsOf<CustomChannels>(
+                             CsvFiles::decodeLines(readFile(name), CsvFiles::Kind::Table)),
                      rowsOf<CustomChannels>(uki.custLines()));
         else
             QCOMPARE(cli({"compare", name}).status, 0);

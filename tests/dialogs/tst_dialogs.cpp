@@ -61,8 +61,6 @@ void tst_Dialogs::popupExpiry_data()
     QTest::addColumn<QString>("shown");
     // "show:<ms>" shows a message, "+<ms>" lets the clock run and checks expiry, "cancel".
     // clang-format off
-    QTest::newRow("0 ms, same instant") << "show:0 +0" << "1 1";
-    QTest::newRow("0 ms, one ms later") << "show:0 +1" << "1 0";
     QTest::newRow("3000 ms, at and past the deadline") << "show:3000 +3000 +1" << "1 1 0";
     QTest::newRow("30000 ms, after 29 s") << "show:30000 +29000" << "1 1";
     QTest::newRow("new message's time counts") << "show:100 +50 show:2000 +1000 +1001" << "1 1 1 1 0";
@@ -134,11 +132,6 @@ void tst_Dialogs::configPort()
     out.variant = 42;
     dialog.getSettings(out);
     QCOMPARE(out.port + ' ' + QString::number(out.variant), f[3]);
-    // A typed port, taken by the OK button.
-    combo->setEditText("/tmp/typed");
-    dialog.findChild<QDialogButtonBox *>("buttonBox")->button(QDialogButtonBox::Ok)->click();
-    dialog.getSettings(out);
-    QCOMPARE(QString::number(dialog.result()) + out.port, QString("1/tmp/typed"));
 }
 
 void tst_Dialogs::about()
